@@ -1,0 +1,51 @@
+# The front door. `make demo` runs the demo program, `make test` builds and
+# runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer.
+
+JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+CTEST_FLAGS ?=
+
+DEPS_COMMON := cmake g++ make pkg-config
+DEPS_QT6 := qt6-base-dev
+DEPS_QT5 := qtbase5-dev
+DEPS_BENCH := libbenchmark-dev
+
+.PHONY: all demo test test-qt5 test-tsan bench deps deps-qt5 deps-bench clean
+
+all: test
+
+demo: deps
+	cmake --preset demo
+	cmake --build --preset demo -j $(JOBS)
+	./build/demo/examples/vesk-demo
+
+test: deps
+	cmake --preset asan
+	cmake --build --preset asan -j $(JOBS)
+	ctest --preset asan -j $(JOBS) $(CTEST_FLAGS)
+
+test-qt5: deps-qt5
+	cmake --preset asan-qt5
+	cmake --build --preset asan-qt5 -j $(JOBS)
+	ctest --preset asan-qt5 -j $(JOBS) $(CTEST_FLAGS)
+
+test-tsan: deps
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan -j $(JOBS) $(CTEST_FLAGS)
+
+bench: deps-bench
+	cmake --preset bench
+	cmake --build --preset bench -j $(JOBS)
+	@for b in build/bench/bench/vesk-bench-*; do [ -x "$$b" ] && "$$b" || exit 1; done
+
+deps:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
+
+deps-qt5:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT5)
+
+deps-bench:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_BENCH)
+
+clean:
+	rm -rf build

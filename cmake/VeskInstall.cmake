@@ -1,0 +1,17 @@
+include(CMakePackageConfigHelpers)
+
+set(VESK_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Vesk)
+install(EXPORT VeskTargets NAMESPACE Vesk:: DESTINATION ${VESK_CMAKE_DIR})
+configure_package_config_file(cmake/VeskConfig.cmake.in
+    ${CMAKE_CURRENT_BINARY_DIR}/VeskConfig.cmake
+    INSTALL_DESTINATION ${VESK_CMAKE_DIR})
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/VeskConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/VeskConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/VeskConfigVersion.cmake
+    DESTINATION ${VESK_CMAKE_DIR})
+
+set(VESK_PC_QT_REQUIRES "${VESK_QT}Core ${VESK_QT}Xml")
+configure_file(cmake/vesk_data.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,140 @@
+#ifndef VESKARG_H
+#define VESKARG_H
+
+#include "veskdata_global.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class VeskAccountConnection;
+class VeskGuiEventsReceiver;
+class VeskPlugin;
+class VeskPluginAction;
+struct VeskArgPrivate;
+
+// A strictly typed, immutable argument value. A VeskArg is a handle onto a
+// shared record: copies share it, nothing ever changes it, and a handle that
+// holds a value only accepts values of the same type afterwards. Values are
+// read back only through the to...() conversions, which throw a
+// std::runtime_error naming both types when the type is not the one asked for.
+class VESK_DATA_EXPORT VeskArg
+{
+public:
+    enum Type : qint32 {
+        None = 0,
+        Char = 1,
+        UChar = 2,
+        Int = 3,
+        UInt = 4,
+        Int64 = 5,
+        UInt64 = 6,
+        Float = 7,
+        Double = 8,
+        String = 9,
+        ByteArray = 10,
+        StringList = 11,
+        Bool = 12,
+        Pointer = 13,
+        PointerList = 14,
+        Plugin = 15,
+        Field = 16,
+        FieldList = 17,
+        XmlNode = 18,
+        Buddy = 19,
+        BuddyResource = 20,
+        Account = 21,
+        PluginAction = 22,
+        Presence = 23,
+        GuiEventsReceiver = 24,
+        VideoClip = 25,
+        ArgList = 26,
+        Service = 27,
+        ServiceList = 28,
+        TextFormatList = 29,
+        Undefined = 30
+    };
+
+    VeskArg();
+    VeskArg(char const& value);
+    VeskArg(unsigned char const& value);
+    VeskArg(int const& value);
+    VeskArg(unsigned int const& value);
+    VeskArg(long long const& value);
+    VeskArg(unsigned long long const& value);
+    VeskArg(float const& value);
+    VeskArg(double const& value);
+    VeskArg(QString const& value);
+    // Without this, a string literal would take the pointer-to-bool path.
+    VeskArg(char const* text);
+    VeskArg(QByteArray const& value);
+    VeskArg(QStringList const& value);
+    VeskArg(bool const& value);
+    VeskArg(void* value);
+    VeskArg(QList<void*> const& value);
+    VeskArg(VeskPlugin* value);
+    VeskArg(VeskAccountConnection* value);
+    VeskArg(VeskPluginAction const& value);
+    VeskArg(VeskGuiEventsReceiver* value);
+    VeskArg(QList<VeskArg> const& value);
+
+    VeskArg(VeskArg const& other);
+    ~VeskArg();
+
+    // Type-locked: throws unless this handle is None or other has its type.
+    VeskArg operator=(VeskArg const& other);
+
+    // Exchanges the two handles, type locks included; never throws. Moving
+    // algorithms such as QList::move() swap elements this way.
+    void swap(VeskArg& other) noexcept { qSwap(d, other.d); }
+
+    Type getType() const;
+    QString getTypeName() const;
+
+    char toChar() const;
+    unsigned char toUChar() const;
+    int toInt() const;
+    unsigned int toUInt() const;
+    long long toInt64() const;
+    unsigned long long toUInt64() const;
+    float toFloat() const;
+    double toDouble() const;
+    QString toString() const;
+    QByteArray toByteArray() const;
+    QStringList toStringList() const;
+    bool toBool() const;
+    void* toPointer() const;
+    QList<void*> toPointerList() const;
+    VeskPlugin* toPlugin() const;
+    VeskAccountConnection* toAccount() const;
+    VeskPluginAction toPluginAction() const;
+    VeskGuiEventsReceiver* toGuiEventsReceiver() const;
+    QList<VeskArg> toArgList() const;
+
+    bool operator==(VeskArg const& other) const;
+    bool operator!=(VeskArg const& other) const;
+
+private:
+    template<typename Holder, typename T> void construct(Type type, T const& value);
+    template<typename Holder> Holder const& holder(Type wanted) const;
+    void release();
+
+    VeskArgPrivate* d;
+};
+
+// The handle is one pointer whose bytes may be moved as they are: lists of
+// mixed types then shift elements by moving memory rather than by assignment,
+// which the type lock would refuse.
+Q_DECLARE_TYPEINFO(VeskArg, Q_RELOCATABLE_TYPE);
+
+inline void swap(VeskArg& first, VeskArg& second) noexcept
+{
+    first.swap(second);
+}
+
+// "VeskArg::" followed by the name of the type, or "VeskArg::Unknown" for a
+// number outside the enumeration.
+VESK_DATA_EXPORT QString vesk_arg_type(VeskArg::Type type);
+
+#endif // VESKARG_H

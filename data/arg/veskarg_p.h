@@ -1,0 +1,151 @@
+#ifndef VESKARG_P_H
+#define VESKARG_P_H
+
+// Internal to the library: the shared record behind VeskArg, its value
+// holders, and the one table that maps a type number to its holder.
+
+#include "veskarg.h"
+#include "veskpluginaction.h"
+
+#include <QtCore/QAtomicInt>
+
+#include <cstring>
+#include <new>
+#include <type_traits>
+
+#include <veskexception.h>
+
+struct VeskArgPrivate
+{
+    VeskArg::Type type;
+    QAtomicInt ref;
+    void* data;
+};
+
+// The plain cell shared by every scalar and pointer type; the value sits at
+// its start. It has no clean-up: a pointer kept in it is never owned.
+union VeskArgScalar
+{
+    char c;
+    unsigned char uc;
+    int i;
+    unsigned int ui;
+    long long ll;
+    unsigned long long ull;
+    float f;
+    double d;
+    bool b;
+    void* p;
+
+    template<typename T> void store(T const& value)
+    {
+        static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(VeskArgScalar));
+        std::memcpy(static_cast<void*>(this), &value, sizeof(T));
+    }
+    template<typename T> T load() const
+    {
+        T value;
+        std::memcpy(&value, static_cast<void const*>(this), sizeof(T));
+        return value;
+    }
+};
+
+template<typename T>
+struct VeskArgDataPrivate
+{
+    T value;
+
+    void store(T const& v) { value = v; }
+    T const& load() const { return value; }
+};
+
+template<typename T>
+struct VeskArgListDataPrivate
+{
+    QList<T> list;
+
+    void store(QList<T> const& v) { list = v; }
+    QList<T> const& load() const { return list; }
+};
+
+namespace VeskArgDetail {
+
+// Kinds of holder, as seen by code that must treat every type alike.
+template<typename V>
+struct ScalarKind
+{
+    using Holder = VeskArgScalar;
+    static V value(void const* data) { return static_cast<Holder const*>(data)->load<V>(); }
+};
+
+template<typename H>
+struct HolderKind
+{
+    using Holder = H;
+    static auto const& value(void const* data) { return static_cast<Holder const*>(data)->load(); }
+};
+
+// None, Undefined, and numbers no constructor builds: never behind a record.
+struct NoKind
+{
+};
+
+// Calls f with the holder kind of `type`.
+template<typename F>
+decltype(auto) visit(VeskArg::Type type, F&& f)
+{
+    switch (type) {
+    case VeskArg::Char: return f(ScalarKind<char>());
+    case VeskArg::UChar: return f(ScalarKind<unsigned char>());
+    case VeskArg::Int: return f(ScalarKind<int>());
+    case VeskArg::UInt: return f(ScalarKind<unsigned int>());
+    case VeskArg::Int64: return f(ScalarKind<long long>());
+    case VeskArg::UInt64: return f(ScalarKind<unsigned long long>());
+    case VeskArg::Float: return f(ScalarKind<float>());
+    case VeskArg::Double: return f(ScalarKind<double>());
+    case VeskArg::Bool: return f(ScalarKind<bool>());
+    case VeskArg::Pointer: return f(ScalarKind<void*>());
+    case VeskArg::Plugin: return f(ScalarKind<VeskPlugin*>());
+    case VeskArg::Account: return f(ScalarKind<VeskAccountConnection*>());
+    case VeskArg::GuiEventsReceiver: return f(ScalarKind<VeskGuiEventsReceiver*>());
+    case VeskArg::String: return f(HolderKind<VeskArgDataPrivate<QString>>());
+    case VeskArg::ByteArray: return f(HolderKind<VeskArgDataPrivate<QByteArray>>());
+    case VeskArg::PluginAction: return f(HolderKind<VeskArgDataPrivate<VeskPluginAction>>());
+    case VeskArg::StringList: return f(HolderKind<VeskArgListDataPrivate<QString>>());
+    case VeskArg::PointerList: return f(HolderKind<VeskArgListDataPrivate<void*>>());
+    case VeskArg::ArgList: return f(HolderKind<VeskArgListDataPrivate<VeskArg>>());
+    default: return f(NoKind());
+    }
+}
+
+} // namespace VeskArgDetail
+
+// Builds the record in the order that leaves nothing behind on failure:
+// record first, then its holder, then the value, and the type last.
+template<typename Holder, typename T>
+void VeskArg::construct(Type type, T const& value)
+{
+    d = new (std::nothrow) VeskArgPrivate;
+    if (!d)
+        throw vesk_oom(QStringLiteral("VeskArg"));
+    d->ref.storeRelaxed(1);
+    Holder* holder = new (std::nothrow) Holder();
+    if (!holder) {
+        delete d;
+        d = nullptr;
+        throw vesk_oom(QStringLiteral("VeskArg"));
+    }
+    d->data = holder;
+    holder->store(value);
+    d->type = type;
+}
+
+template<typename Holder>
+Holder const& VeskArg::holder(Type wanted) const
+{
+    if (!d || d->type != wanted)
+        throw vesk_conversion(QStringLiteral("VeskArg"), vesk_arg_type(getType()), vesk_arg_type(wanted));
+    return *static_cast<Holder const*>(d->data);
+}
+
+#endif // VESKARG_P_H

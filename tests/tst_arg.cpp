@@ -1,0 +1,270 @@
+#include <VeskData>
+
+#include <QtTest/QtTest>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// Runs f, which must throw, and returns the exception's text.
+template<typename F>
+QString thrownText(F&& f)
+{
+    try {
+        f();
+    } catch (std::runtime_error const& e) {
+        return QString::fromUtf8(e.what());
+    }
+    return QStringLiteral("<nothing thrown>");
+}
+
+QString conversionText(char const* actual, char const* wanted)
+{
+    return QStringLiteral("VeskArg: cannot convert VeskArg::%1 to VeskArg::%2")
+        .arg(QLatin1String(actual), QLatin1String(wanted));
+}
+
+struct Tracked
+{
+    static int alive;
+    Tracked() { ++alive; }
+    ~Tracked() { --alive; }
+};
+int Tracked::alive = 0;
+
+} // namespace
+
+class TestArg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void typeNumbersAndNames();
+    void constructorsPickTheirType();
+    void roundTrips();
+    void strictConversionsThrow();
+    void sharingAndTypeLock();
+    void pointersAreNeverOwned();
+    void equality();
+    void mixedListsMoveTheirBytes();
+};
+
+void TestArg::typeNumbersAndNames()
+{
+    QCOMPARE(int(VeskArg::Float), 7);
+    QCOMPARE(int(VeskArg::Bool), 12);
+    QCOMPARE(int(VeskArg::Plugin), 15);
+    QCOMPARE(int(VeskArg::ArgList), 26);
+    QCOMPARE(int(VeskArg::Undefined), 30);
+    QCOMPARE(sizeof(VeskArg::Type), sizeof(qint32));
+
+    QCOMPARE(vesk_arg_type(VeskArg::None), QStringLiteral("VeskArg::None"));
+    QCOMPARE(vesk_arg_type(VeskArg::GuiEventsReceiver), QStringLiteral("VeskArg::GuiEventsReceiver"));
+    QCOMPARE(vesk_arg_type(VeskArg::VideoClip), QStringLiteral("VeskArg::VideoClip"));
+    QCOMPARE(vesk_arg_type(VeskArg::TextFormatList), QStringLiteral("VeskArg::TextFormatList"));
+    QCOMPARE(vesk_arg_type(VeskArg::Undefined), QStringLiteral("VeskArg::Undefined"));
+    QCOMPARE(vesk_arg_type(VeskArg::Type(31)), QStringLiteral("VeskArg::Unknown"));
+    QCOMPARE(vesk_arg_type(VeskArg::Type(40)), QStringLiteral("VeskArg::Unknown"));
+    QCOMPARE(vesk_arg_type(VeskArg::Type(-1)), QStringLiteral("VeskArg::Unknown"));
+
+    VeskArg const none;
+    QCOMPARE(none.getType(), VeskArg::None);
+    QVERIFY(none.getTypeName().isNull());
+    QCOMPARE(VeskArg(3u).getTypeName(), QStringLiteral("VeskArg::UInt"));
+}
+
+void TestArg::constructorsPickTheirType()
+{
+    QCOMPARE(VeskArg('x').getType(), VeskArg::Char);
+    QCOMPARE(VeskArg(static_cast<unsigned char>(7)).getType(), VeskArg::UChar);
+    QCOMPARE(VeskArg(-4).getType(), VeskArg::Int);
+    QCOMPARE(VeskArg(4u).getType(), VeskArg::UInt);
+    QCOMPARE(VeskArg(qint64(4)).getType(), VeskArg::Int64);
+    QCOMPARE(VeskArg(quint64(4)).getType(), VeskArg::UInt64);
+    QCOMPARE(VeskArg(1.5f).getType(), VeskArg::Float);
+    QCOMPARE(VeskArg(1.5).getType(), VeskArg::Double);
+    QCOMPARE(VeskArg(true).getType(), VeskArg::Bool);
+    QCOMPARE(VeskArg("text").getType(), VeskArg::String);
+    QCOMPARE(VeskArg(QByteArray("b")).getType(), VeskArg::ByteArray);
+    QCOMPARE(VeskArg(QStringList()).getType(), VeskArg::StringList);
+    QCOMPARE(VeskArg(static_cast<void*>(nullptr)).getType(), VeskArg::Pointer);
+    QCOMPARE(VeskArg(QList<void*>()).getType(), VeskArg::PointerList);
+    QCOMPARE(VeskArg(static_cast<VeskPlugin*>(nullptr)).getType(), VeskArg::Plugin);
+    QCOMPARE(VeskArg(static_cast<VeskAccountConnection*>(nullptr)).getType(), VeskArg::Account);
+    QCOMPARE(VeskArg(static_cast<VeskGuiEventsReceiver*>(nullptr)).getType(),
+             VeskArg::GuiEventsReceiver);
+    QCOMPARE(VeskArg(VeskPluginAction()).getType(), VeskArg::PluginAction);
+    QCOMPARE(VeskArg(QList<VeskArg>()).getType(), VeskArg::ArgList);
+
+    // A plugin subclass pointer is a Plugin value, any other object pointer a Pointer.
+    VeskPlugin plugin;
+    QObject object;
+    QCOMPARE(VeskArg(&plugin).getType(), VeskArg::Plugin);
+    QCOMPARE(VeskArg(&object).getType(), VeskArg::Pointer);
+}
+
+void TestArg::roundTrips()
+{
+    char const high = char(200);
+    QCOMPARE(VeskArg(high).toChar(), high);
+    QCOMPARE(VeskArg(static_cast<unsigned char>(200)).toUChar(), static_cast<unsigned char>(200));
+    QCOMPARE(VeskArg(std::numeric_limits<int>::min()).toInt(), std::numeric_limits<int>::min());
+    QCOMPARE(VeskArg(std::numeric_limits<unsigned int>::max()).toUInt(),
+             std::numeric_limits<unsigned int>::max());
+    QCOMPARE(VeskArg(std::numeric_limits<long long>::min()).toInt64(),
+             std::numeric_limits<long long>::min());
+    QCOMPARE(VeskArg(std::numeric_limits<unsigned long long>::max()).toUInt64(),
+             std::numeric_limits<unsigned long long>::max());
+    float const third = 1.0f / 3.0f;
+    QCOMPARE(VeskArg(third).toFloat(), third);
+    QCOMPARE(VeskArg(0.1).toDouble(), 0.1);
+    QCOMPARE(VeskArg(false).toBool(), false);
+    QCOMPARE(VeskArg("gr\u00fc\u00df").toString(), QString::fromUtf8("gr\u00fc\u00df"));
+    QCOMPARE(VeskArg(QByteArray("a\0b", 3)).toByteArray(), QByteArray("a\0b", 3));
+    QCOMPARE(VeskArg(QStringList()).toStringList(), QStringList());
+    QStringList const words{QStringLiteral("a"), QStringLiteral("b")};
+    QCOMPARE(VeskArg(words).toStringList(), words);
+
+    int target = 0;
+    QList<void*> const pointers{&target, nullptr};
+    QCOMPARE(VeskArg(static_cast<void*>(&target)).toPointer(), static_cast<void*>(&target));
+    QVERIFY(!VeskArg(static_cast<void*>(nullptr)).toPointer());
+    QCOMPARE(VeskArg(pointers).toPointerList(), pointers);
+    VeskPlugin plugin;
+    VeskAccountConnection account;
+    VeskGuiEventsReceiver receiver;
+    QCOMPARE(VeskArg(&plugin).toPlugin(), &plugin);
+    QCOMPARE(VeskArg(&account).toAccount(), &account);
+    QCOMPARE(VeskArg(&receiver).toGuiEventsReceiver(), &receiver);
+
+    VeskPluginAction const action(&plugin, nullptr, {VeskArg(1)});
+    QVERIFY(VeskArg(action).toPluginAction() == action);
+
+    // An argument list hands back handles on the very same records.
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    QList<VeskArg> const inner{VeskArg(nan), VeskArg("x")};
+    QList<VeskArg> const back = VeskArg(inner).toArgList();
+    QCOMPARE(back.size(), 2);
+    QVERIFY(back.at(0) == inner.at(0)); // only a shared record makes NaN equal
+    QVERIFY(VeskArg(nan) != inner.at(0));
+}
+
+void TestArg::strictConversionsThrow()
+{
+    VeskArg const five(5);
+    QCOMPARE(thrownText([&] { five.toUInt(); }), conversionText("Int", "UInt"));
+    QCOMPARE(thrownText([&] { five.toInt64(); }), conversionText("Int", "Int64"));
+    QCOMPARE(thrownText([&] { five.toDouble(); }), conversionText("Int", "Double"));
+    QCOMPARE(thrownText([&] { five.toChar(); }), conversionText("Int", "Char"));
+    QCOMPARE(thrownText([&] { five.toBool(); }), conversionText("Int", "Bool"));
+    QCOMPARE(five.toInt(), 5); // unchanged after the failures
+
+    QCOMPARE(thrownText([] { VeskArg(QByteArray("x")).toString(); }),
+             conversionText("ByteArray", "String"));
+    QCOMPARE(thrownText([] { VeskArg("x").toByteArray(); }), conversionText("String", "ByteArray"));
+    QCOMPARE(thrownText([] { VeskArg(char(200)).toUChar(); }), conversionText("Char", "UChar"));
+    QCOMPARE(thrownText([] { VeskArg(static_cast<void*>(nullptr)).toPlugin(); }),
+             conversionText("Pointer", "Plugin"));
+
+    VeskArg const none;
+    QCOMPARE(thrownText([&] { none.toString(); }), conversionText("None", "String"));
+    QCOMPARE(thrownText([&] { none.toArgList(); }), conversionText("None", "ArgList"));
+    QCOMPARE(thrownText([&] { none.toPluginAction(); }), conversionText("None", "PluginAction"));
+    QCOMPARE(thrownText([&] { none.toGuiEventsReceiver(); }),
+             conversionText("None", "GuiEventsReceiver"));
+}
+
+void TestArg::sharingAndTypeLock()
+{
+    VeskArg value;
+    value = VeskArg(1);
+    QCOMPARE(value.getType(), VeskArg::Int);
+
+    QCOMPARE(thrownText([&] { value = VeskArg("one"); }), conversionText("String", "Int"));
+    QCOMPARE(thrownText([&] { value = VeskArg(); }), conversionText("None", "Int"));
+    QCOMPARE(value.toInt(), 1);
+
+    value = VeskArg(2);
+    QCOMPARE(value.toInt(), 2);
+    VeskArg const result = (value = VeskArg(3));
+    QCOMPARE(result.toInt(), 3);
+
+    VeskArg empty;
+    empty = VeskArg();
+    QCOMPARE(empty.getType(), VeskArg::None);
+
+    // A copy outlives the handle it was made from.
+    auto* first = new VeskArg(QStringLiteral("shared"));
+    VeskArg const copy(*first);
+    delete first;
+    QCOMPARE(copy.toString(), QStringLiteral("shared"));
+
+    VeskArg self(7);
+    self = self;
+    QCOMPARE(self.toInt(), 7);
+}
+
+void TestArg::pointersAreNeverOwned()
+{
+    auto* const object = new Tracked;
+    QCOMPARE(Tracked::alive, 1);
+    {
+        VeskArg const single(static_cast<void*>(object));
+        VeskArg const list(QList<void*>{object, object});
+        VeskArg const nested(QList<VeskArg>{single, list});
+    }
+    QCOMPARE(Tracked::alive, 1);
+    delete object;
+}
+
+void TestArg::equality()
+{
+    QVERIFY(VeskArg(5) == VeskArg(5));
+    QVERIFY(VeskArg(5) != VeskArg(5u));
+    QVERIFY(VeskArg(5) != VeskArg(qint64(5)));
+    QVERIFY(VeskArg() == VeskArg());
+    QVERIFY(VeskArg() != VeskArg(0));
+    QVERIFY(VeskArg(0.0) == VeskArg(-0.0));
+    double const nan = std::nan("");
+    VeskArg const nanValue(nan);
+    QVERIFY(VeskArg(nan) != VeskArg(nan));
+    QVERIFY(nanValue == VeskArg(nanValue));
+
+    int target = 0;
+    void* const address = &target;
+    QVERIFY(VeskArg(address) == VeskArg(address));
+    QVERIFY(VeskArg(address) != VeskArg(static_cast<VeskPlugin*>(address)));
+
+    QList<VeskArg> const oneText{VeskArg(1), VeskArg("t")};
+    QVERIFY(VeskArg(oneText) == VeskArg(QList<VeskArg>{VeskArg(1), VeskArg("t")}));
+    QVERIFY(VeskArg(oneText) != VeskArg(QList<VeskArg>{VeskArg("t"), VeskArg(1)}));
+    QVERIFY(VeskArg(oneText) != VeskArg(QList<VeskArg>{VeskArg(1)}));
+    QVERIFY(VeskArg(QList<VeskArg>{VeskArg(oneText)}) == VeskArg(QList<VeskArg>{VeskArg(oneText)}));
+
+    VeskPlugin plugin;
+    VeskPluginAction const a(&plugin, nullptr, {VeskArg(1)});
+    VeskPluginAction const b(&plugin, nullptr, {VeskArg(2)});
+    QVERIFY(VeskArg(a) == VeskArg(VeskPluginAction(a)));
+    QVERIFY(VeskArg(a) != VeskArg(b));
+    QVERIFY(VeskArg(QStringList{QStringLiteral("x")}) != VeskArg(QStringList()));
+    QVERIFY(VeskArg(QByteArray("ab")) != VeskArg(QByteArray("abc")));
+}
+
+void TestArg::mixedListsMoveTheirBytes()
+{
+    QList<VeskArg> list{VeskArg(1), VeskArg("two"), VeskArg(3.0), VeskArg(true)};
+    list.insert(1, VeskArg(QByteArray("inserted")));
+    list.removeAt(2);
+    list.insert(0, VeskArg('c'));
+    list.move(4, 1);
+    list.removeFirst();
+    QCOMPARE(list.size(), 4);
+    QCOMPARE(list.at(0).toBool(), true);
+    QCOMPARE(list.at(1).toInt(), 1);
+    QCOMPARE(list.at(2).toByteArray(), QByteArray("inserted"));
+    QCOMPARE(list.at(3).toDouble(), 3.0);
+}
+
+QTEST_APPLESS_MAIN(TestArg)
+#include "tst_arg.moc"
