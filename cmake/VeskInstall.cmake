@@ -11,6 +11,9 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/VeskConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/VeskConfigVersion.cmake
     DESTINATION ${VESK_CMAKE_DIR})
 
+# The .pc file finds its prefix relative to itself, so the package can be
+# installed anywhere with cmake --install --prefix.
+file(RELATIVE_PATH VESK_PC_TO_PREFIX /root/${CMAKE_INSTALL_LIBDIR}/pkgconfig /root)
 set(VESK_PC_QT_REQUIRES "${VESK_QT}Core ${VESK_QT}Xml")
 configure_file(cmake/vesk_data.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc

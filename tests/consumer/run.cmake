@@ -21,3 +21,18 @@ step(${CMAKE_COMMAND} -S ${APP_SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR}
     -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
 step(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 step(${WORK_DIR}/build/vesk-consumer)
+
+# The same program built with nothing but what pkg-config says.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+execute_process(
+    COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig
+            ${PKG_CONFIG} --cflags --libs vesk_data
+    OUTPUT_VARIABLE pc_flags OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "consumer: pkg-config does not know vesk_data")
+endif()
+separate_arguments(pc_flags UNIX_COMMAND "${pc_flags}")
+separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
+step(c++ -std=c++17 -fPIC ${cxx_flags} ${APP_SOURCE_DIR}/main.cpp ${pc_flags}
+    -Wl,-rpath,${prefix}/lib -o ${WORK_DIR}/vesk-consumer-pc)
+step(${WORK_DIR}/vesk-consumer-pc)
