@@ -13,7 +13,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/VeskConfig.cmake
 
 # The .pc file finds its prefix relative to itself, so the package can be
 # installed anywhere with cmake --install --prefix.
-file(RELATIVE_PATH VESK_PC_TO_PREFIX /root/${CMAKE_INSTALL_LIBDIR}/pkgconfig /root)
+file(RELATIVE_PATH VESK_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 set(VESK_PC_QT_REQUIRES "${VESK_QT}Core ${VESK_QT}Xml")
 configure_file(cmake/vesk_data.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc
