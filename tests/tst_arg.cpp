@@ -25,6 +25,14 @@ QString conversionText(char const* actual, char const* wanted)
         .arg(QLatin1String(actual), QLatin1String(wanted));
 }
 
+template<typename T>
+QString debugText(T const& value)
+{
+    QString out;
+    QDebug(&out) << value;
+    return out;
+}
+
 struct Tracked
 {
     static int alive;
@@ -48,6 +56,8 @@ private slots:
     void pointersAreNeverOwned();
     void equality();
     void mixedListsMoveTheirBytes();
+    void recordTypes();
+    void debugTexts();
 };
 
 void TestArg::typeNumbersAndNames()
@@ -264,6 +274,90 @@ void TestArg::mixedListsMoveTheirBytes()
     QCOMPARE(list.at(1).toInt(), 1);
     QCOMPARE(list.at(2).toByteArray(), QByteArray("inserted"));
     QCOMPARE(list.at(3).toDouble(), 3.0);
+}
+
+void TestArg::recordTypes()
+{
+    VeskVideoClip clip;
+    clip.value1 = 1;
+    clip.text = QStringLiteral("clip");
+    VeskVideoClip otherFirst = clip;
+    otherFirst.value1 = 99;
+    VeskVideoClip otherText = clip;
+    otherText.text = QStringLiteral("other");
+    QVERIFY(VeskArg(clip) == VeskArg(otherFirst));
+    QVERIFY(VeskArg(clip) != VeskArg(otherText));
+    QCOMPARE(VeskArg(clip).toVideoClip().value1, 1u);
+    VeskVideoClip const unset;
+    QVERIFY(unset.value1 == 0 && unset.value2 == 0 && unset.value3 == 0 && unset.value4 == 0);
+
+    VeskPlugin plugin;
+    VeskService const chat(QStringLiteral("chat"), QString(), QString(), QStringLiteral("proto"),
+                           VeskPluginAction());
+    VeskService const sameChat(QStringLiteral("chat"), QStringLiteral("b"), QStringLiteral("c"),
+                               QStringLiteral("proto"), VeskPluginAction(&plugin, nullptr, {}));
+    QVERIFY(VeskArg(chat) == VeskArg(sameChat));
+    QVERIFY(VeskArg(QList<VeskService>{chat}) == VeskArg(QList<VeskService>{sameChat}));
+    QVERIFY(VeskArg(QList<VeskService>()).toServiceList().isEmpty());
+    QCOMPARE(VeskArg(sameChat).toService().text1, QStringLiteral("c"));
+
+    VeskTextFormat format;
+    format.string2 = QStringLiteral("bold");
+    VeskTextFormat changed = format;
+    changed.number4 = 1;
+    QVERIFY(VeskArg(QList<VeskTextFormat>{format}) != VeskArg(QList<VeskTextFormat>{changed}));
+    QCOMPARE(VeskArg(QList<VeskTextFormat>{format}).toTextFormatList().at(0).string2,
+             QStringLiteral("bold"));
+
+    VeskXmlNode const node(QStringLiteral("field"));
+    QVERIFY(VeskArg(node) == VeskArg(node));
+    QVERIFY(VeskArg(node) != VeskArg(VeskXmlNode(QStringLiteral("field"))));
+    QCOMPARE(VeskArg(node).toXmlNode(), node);
+    QCOMPARE(thrownText([&] { VeskArg(node).toService(); }), conversionText("XmlNode", "Service"));
+    QCOMPARE(thrownText([] { VeskArg(QList<VeskService>()).toService(); }),
+             conversionText("ServiceList", "Service"));
+}
+
+void TestArg::debugTexts()
+{
+    QCOMPARE(debugText(VeskArg()), QStringLiteral("VeskArg(None) "));
+    QCOMPARE(debugText(VeskArg(5)), QStringLiteral("VeskArg(Int: 5) "));
+    QCOMPARE(debugText(VeskArg('A')), QStringLiteral("VeskArg(Char: A) "));
+    QCOMPARE(debugText(VeskArg(static_cast<unsigned char>(65))), QStringLiteral("VeskArg(UChar: 65) "));
+    QCOMPARE(debugText(VeskArg(-1099511627776LL)), QStringLiteral("VeskArg(Int64: -1099511627776) "));
+    QCOMPARE(debugText(VeskArg(0.5f)), QStringLiteral("VeskArg(Float: 0.5) "));
+    QCOMPARE(debugText(VeskArg(false)), QStringLiteral("VeskArg(Bool: false) "));
+    QCOMPARE(debugText(VeskArg("a \"b\"\n")), QStringLiteral("VeskArg(String: \"a \"b\"\n\") "));
+    QCOMPARE(debugText(VeskArg(QByteArray("ab"))), QStringLiteral("VeskArg(ByteArray:\"ab\") "));
+    QCOMPARE(debugText(VeskArg(QStringList{QStringLiteral("a"), QStringLiteral("b")})),
+             QStringLiteral("VeskArg(StringList: (\"a\", \"b\") ) "));
+    QCOMPARE(debugText(VeskArg(QList<void*>{nullptr})), QStringLiteral("VeskArg(PointerList: (0x0) ) "));
+    QCOMPARE(debugText(VeskArg(QList<VeskArg>{VeskArg(1), VeskArg(2)})),
+             QStringLiteral("VeskArg(ArgList: (VeskArg(Int: 1) ,  VeskArg(Int: 2) )  ) "));
+    QCOMPARE(debugText(VeskArg(QList<VeskArg>())), QStringLiteral("VeskArg(ArgList: () ) "));
+    QCOMPARE(debugText(VeskArg(QList<VeskArg>{VeskArg(QList<VeskArg>{VeskArg(1)})})),
+             QStringLiteral("VeskArg(ArgList: (VeskArg(ArgList: (VeskArg(Int: 1) )  ) )  ) "));
+
+    VeskPlugin plugin;
+    QString const address = debugText(static_cast<void const*>(&plugin));
+    QCOMPARE(debugText(VeskArg(&plugin)), QStringLiteral("VeskArg(Plugin: %1) ").arg(address.trimmed()));
+    QVERIFY(address.startsWith(QLatin1String("0x")));
+    QCOMPARE(debugText(VeskArg(VeskPluginAction(&plugin, nullptr, {VeskArg(1), VeskArg(2)}))),
+             QStringLiteral("VeskArg(PluginAction: argument count: 2) "));
+    QCOMPARE(debugText(VeskArg(static_cast<VeskGuiEventsReceiver*>(nullptr))),
+             QStringLiteral("VeskArg(GuiEventsReceiver) "));
+    QCOMPARE(debugText(VeskArg(VeskVideoClip())), QStringLiteral("VeskArg(VideoClip) "));
+    QCOMPARE(debugText(VeskArg(QList<VeskTextFormat>{VeskTextFormat()})),
+             QStringLiteral("VeskArg(TextFormatList: ) "));
+    QCOMPARE(debugText(VeskArg(QList<VeskService>())), QStringLiteral("VeskArg(ServiceList) "));
+    QCOMPARE(debugText(VeskArg(VeskService(QStringLiteral("n"), QString(), QString(),
+                                           QStringLiteral("p"), VeskPluginAction()))),
+             QStringLiteral("VeskArg(Service: name=\"n\" protocol=\"p\" ) "));
+
+    QCOMPARE(debugText(VeskArg::Int), QStringLiteral("VeskArg::Int "));
+    QCOMPARE(debugText(VeskArg::VideoClip), QStringLiteral("VeskArg::VideClip "));
+    QCOMPARE(debugText(VeskArg::Type(40)), QStringLiteral("VeskArg:: "));
+    QCOMPARE(debugText(QList<VeskArg>{VeskArg(1)}), QStringLiteral("(VeskArg(Int: 1) )  "));
 }
 
 QTEST_APPLESS_MAIN(TestArg)

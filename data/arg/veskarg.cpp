@@ -1,4 +1,5 @@
 #include "veskarg_p.h"
+#include "veskdebug_p.h"
 
 namespace {
 
@@ -46,6 +47,14 @@ VeskArg::VeskArg(VeskAccountConnection* value) { construct<Scalar>(Account, valu
 VeskArg::VeskArg(VeskPluginAction const& value) { construct<Data<VeskPluginAction>>(PluginAction, value); }
 VeskArg::VeskArg(VeskGuiEventsReceiver* value) { construct<Scalar>(GuiEventsReceiver, value); }
 VeskArg::VeskArg(QList<VeskArg> const& value) { construct<ListData<VeskArg>>(ArgList, value); }
+VeskArg::VeskArg(VeskXmlNode const& value) { construct<Data<VeskXmlNode>>(XmlNode, value); }
+VeskArg::VeskArg(VeskVideoClip const& value) { construct<Data<VeskVideoClip>>(VideoClip, value); }
+VeskArg::VeskArg(VeskService const& value) { construct<Data<VeskService>>(Service, value); }
+VeskArg::VeskArg(QList<VeskService> const& value) { construct<ListData<VeskService>>(ServiceList, value); }
+VeskArg::VeskArg(QList<VeskTextFormat> const& value)
+{
+    construct<ListData<VeskTextFormat>>(TextFormatList, value);
+}
 
 VeskArg::VeskArg(VeskArg const& other)
     : d(other.d)
@@ -123,6 +132,17 @@ VeskGuiEventsReceiver* VeskArg::toGuiEventsReceiver() const
     return holder<Scalar>(GuiEventsReceiver).load<VeskGuiEventsReceiver*>();
 }
 QList<VeskArg> VeskArg::toArgList() const { return holder<ListData<VeskArg>>(ArgList).load(); }
+VeskXmlNode VeskArg::toXmlNode() const { return holder<Data<VeskXmlNode>>(XmlNode).load(); }
+VeskVideoClip VeskArg::toVideoClip() const { return holder<Data<VeskVideoClip>>(VideoClip).load(); }
+VeskService VeskArg::toService() const { return holder<Data<VeskService>>(Service).load(); }
+QList<VeskService> VeskArg::toServiceList() const
+{
+    return holder<ListData<VeskService>>(ServiceList).load();
+}
+QList<VeskTextFormat> VeskArg::toTextFormatList() const
+{
+    return holder<ListData<VeskTextFormat>>(TextFormatList).load();
+}
 
 bool VeskArg::operator==(VeskArg const& other) const
 {
@@ -135,11 +155,83 @@ bool VeskArg::operator==(VeskArg const& other) const
         if constexpr (std::is_same_v<Kind, VeskArgDetail::NoKind>)
             return true;
         else
-            return Kind::value(d->data) == Kind::value(other.d->data);
+            return VeskArgDetail::equal(Kind::value(d->data), Kind::value(other.d->data));
     });
 }
 
 bool VeskArg::operator!=(VeskArg const& other) const
 {
     return !(*this == other);
+}
+
+namespace {
+
+// The label and value of one argument, written with spacing off.
+void writeContents(QDebug& dbg, VeskArg const& arg)
+{
+    switch (arg.getType()) {
+    case VeskArg::None: dbg << "None"; break;
+    case VeskArg::Char: dbg << "Char: " << arg.toChar(); break;
+    case VeskArg::UChar: dbg << "UChar: " << int(arg.toUChar()); break;
+    case VeskArg::Int: dbg << "Int: " << arg.toInt(); break;
+    case VeskArg::UInt: dbg << "UInt: " << arg.toUInt(); break;
+    case VeskArg::Int64: dbg << "Int64: " << qint64(arg.toInt64()); break;
+    case VeskArg::UInt64: dbg << "UInt64: " << quint64(arg.toUInt64()); break;
+    case VeskArg::Float: dbg << "Float: " << arg.toFloat(); break;
+    case VeskArg::Double: dbg << "Double: " << arg.toDouble(); break;
+    case VeskArg::String: VeskDebug::quoted(dbg << "String: ", arg.toString()); break;
+    case VeskArg::ByteArray: VeskDebug::quoted(dbg << "ByteArray:", arg.toByteArray()); break;
+    case VeskArg::StringList:
+        dbg << "StringList: ";
+        VeskDebug::list(dbg, arg.toStringList(),
+                        [](QDebug& d, QString const& text) { VeskDebug::quoted(d, text); });
+        break;
+    case VeskArg::Bool: dbg << "Bool: " << arg.toBool(); break;
+    case VeskArg::Pointer: VeskDebug::pointer(dbg << "Pointer: ", arg.toPointer()); break;
+    case VeskArg::PointerList:
+        dbg << "PointerList: ";
+        VeskDebug::list(dbg, arg.toPointerList(),
+                        [](QDebug& d, void* address) { VeskDebug::pointer(d, address); });
+        break;
+    case VeskArg::Plugin: VeskDebug::pointer(dbg << "Plugin: ", arg.toPlugin()); break;
+    case VeskArg::XmlNode: dbg << "XmlNode: " << arg.toXmlNode(); break;
+    case VeskArg::Account: VeskDebug::pointer(dbg << "Account: ", arg.toAccount()); break;
+    case VeskArg::PluginAction:
+        dbg << "PluginAction: argument count: " << int(arg.toPluginAction().getActionData().size());
+        break;
+    case VeskArg::GuiEventsReceiver: dbg << "GuiEventsReceiver"; break;
+    case VeskArg::VideoClip: dbg << "VideoClip"; break;
+    case VeskArg::ArgList: dbg << "ArgList: " << arg.toArgList(); break;
+    case VeskArg::Service: dbg << "Service: " << arg.toService(); break;
+    case VeskArg::ServiceList: dbg << "ServiceList"; break;
+    case VeskArg::TextFormatList: dbg << "TextFormatList: "; break;
+    case VeskArg::Undefined: dbg << "Undefined"; break;
+    default: break;
+    }
+}
+
+} // namespace
+
+QDebug operator<<(QDebug dbg, VeskArg const& arg)
+{
+    dbg.nospace() << "VeskArg(";
+    writeContents(dbg.nospace(), arg);
+    dbg.nospace() << ")";
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, VeskArg::Type type)
+{
+    dbg.nospace() << "VeskArg::";
+    quint32 const number = static_cast<quint32>(type);
+    if (number == VeskArg::VideoClip)
+        dbg.nospace() << "VideClip";
+    else if (number < typeCount)
+        dbg.nospace() << typeNames[number];
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, QList<VeskArg> const& list)
+{
+    return VeskDebug::list(dbg, list, [](QDebug& d, VeskArg const& arg) { d << arg; });
 }

@@ -8,10 +8,15 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+class QDebug;
 class VeskAccountConnection;
 class VeskGuiEventsReceiver;
 class VeskPlugin;
 class VeskPluginAction;
+class VeskService;
+class VeskTextFormat;
+class VeskVideoClip;
+class VeskXmlNode;
 struct VeskArgPrivate;
 
 // A strictly typed, immutable argument value. A VeskArg is a handle onto a
@@ -78,6 +83,11 @@ public:
     VeskArg(VeskPluginAction const& value);
     VeskArg(VeskGuiEventsReceiver* value);
     VeskArg(QList<VeskArg> const& value);
+    VeskArg(VeskXmlNode const& value);
+    VeskArg(VeskVideoClip const& value);
+    VeskArg(VeskService const& value);
+    VeskArg(QList<VeskService> const& value);
+    VeskArg(QList<VeskTextFormat> const& value);
 
     VeskArg(VeskArg const& other);
     ~VeskArg();
@@ -111,6 +121,11 @@ public:
     VeskPluginAction toPluginAction() const;
     VeskGuiEventsReceiver* toGuiEventsReceiver() const;
     QList<VeskArg> toArgList() const;
+    VeskXmlNode toXmlNode() const;
+    VeskVideoClip toVideoClip() const;
+    VeskService toService() const;
+    QList<VeskService> toServiceList() const;
+    QList<VeskTextFormat> toTextFormatList() const;
 
     bool operator==(VeskArg const& other) const;
     bool operator!=(VeskArg const& other) const;
@@ -136,5 +151,12 @@ inline void swap(VeskArg& first, VeskArg& second) noexcept
 // "VeskArg::" followed by the name of the type, or "VeskArg::Unknown" for a
 // number outside the enumeration.
 VESK_DATA_EXPORT QString vesk_arg_type(VeskArg::Type type);
+
+// "VeskArg(", the type's label and value, ")", then one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskArg const& arg);
+// "VeskArg::" and the type's name (nothing for an unknown number), one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskArg::Type type);
+// "(", the values joined by ", ", ")", one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskArg> const& list);
 
 #endif // VESKARG_H

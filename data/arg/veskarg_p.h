@@ -6,6 +6,9 @@
 
 #include "veskarg.h"
 #include "veskpluginaction.h"
+#include "veskservice.h"
+
+#include <veskxmlnode.h>
 
 #include <QtCore/QAtomicInt>
 
@@ -90,6 +93,19 @@ struct NoKind
 {
 };
 
+// Equality of two held values: the value type's own, except for clips,
+// which have none and are compared on everything but value1.
+template<typename V>
+bool equal(V const& a, V const& b)
+{
+    return a == b;
+}
+
+inline bool equal(VeskVideoClip const& a, VeskVideoClip const& b)
+{
+    return a.value2 == b.value2 && a.value3 == b.value3 && a.value4 == b.value4 && a.text == b.text;
+}
+
 // Calls f with the holder kind of `type`.
 template<typename F>
 decltype(auto) visit(VeskArg::Type type, F&& f)
@@ -114,6 +130,11 @@ decltype(auto) visit(VeskArg::Type type, F&& f)
     case VeskArg::StringList: return f(HolderKind<VeskArgListDataPrivate<QString>>());
     case VeskArg::PointerList: return f(HolderKind<VeskArgListDataPrivate<void*>>());
     case VeskArg::ArgList: return f(HolderKind<VeskArgListDataPrivate<VeskArg>>());
+    case VeskArg::XmlNode: return f(HolderKind<VeskArgDataPrivate<VeskXmlNode>>());
+    case VeskArg::VideoClip: return f(HolderKind<VeskArgDataPrivate<VeskVideoClip>>());
+    case VeskArg::Service: return f(HolderKind<VeskArgDataPrivate<VeskService>>());
+    case VeskArg::ServiceList: return f(HolderKind<VeskArgListDataPrivate<VeskService>>());
+    case VeskArg::TextFormatList: return f(HolderKind<VeskArgListDataPrivate<VeskTextFormat>>());
     default: return f(NoKind());
     }
 }
