@@ -224,7 +224,7 @@ void TestAction::servicesAndTextFormats()
 
     VeskTextFormat base;
     base.string1 = QStringLiteral("s1");
-    QList<VeskTextFormat> variants(6, base);
+    QVector<VeskTextFormat> variants(6, base);
     variants[0].number1 = 1;
     variants[1].number2 = 1;
     variants[2].string1 = QStringLiteral("other");
