@@ -50,6 +50,42 @@ public:
 
     void swap(VeskField& other) noexcept { qSwap(d, other.d); }
 
+    // Factories, the only way to make a field that is not null. Each checks
+    // its arguments and throws the std::runtime_error built by
+    // vesk_invalid_value() for the first one it refuses: an empty id, a
+    // button's invalid action, a spin box value below the minimum (above the
+    // maximum it is lowered to the maximum), or a double spin box value
+    // outside its limits. Numeric factories take max, min, then the value.
+    static VeskField image(QString const& id, QByteArray const& data, QString const& group);
+    static VeskField label(QString const& label, QString const& id, QString const& group);
+    static VeskField button(QString const& label, QString const& id, VeskPluginAction action,
+                            QString const& group);
+    // Selects the first option whose id is selectedId, else the first
+    // option; with no labels the ids serve as labels.
+    static VeskField comboBox(QString const& label, QString const& id, QStringList const& ids,
+                              QStringList const& labels, QString const& selectedId,
+                              QString const& group);
+    static VeskField spinBox(QString const& label, QString const& id, int max, int min, int value,
+                             QString const& group, QString const& suffix);
+    static VeskField doubleSpinBox(QString const& label, QString const& id, double max,
+                                   double min, double value, QString const& group);
+    static VeskField radioButton(QString const& label, QString const& id, bool checked,
+                                 QString const& group, QStringList const& depends);
+    static VeskField checkBox(QString const& label, QString const& id, bool checked,
+                              QString const& group, QStringList const& depends);
+    static VeskField lineEdit(QString const& label, QString const& id, QString const& text,
+                              int maxLength, QString const& group);
+    static VeskField passwordEdit(QString const& label, QString const& id, QString const& text,
+                                  int maxLength, QString const& group);
+    static VeskField textEdit(QString const& label, QString const& id, QString const& text,
+                              QString const& group);
+    static VeskField dirEdit(QString const& label, QString const& id, QString const& path,
+                             QString const& group);
+    static VeskField fileEdit(QString const& label, QString const& id, QString const& path,
+                              QString const& group);
+    static VeskField soundEdit(QString const& label, QString const& id, QString const& path,
+                               QString const& group);
+
     bool isNull() const;
     Type getType() const;
 
