@@ -10,6 +10,12 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <veskxmlnode.h>
+
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
+
 class VeskFieldPrivate;
 
 // One input of a plugin's settings page or dialog: its widget kind, id,
@@ -160,6 +166,23 @@ public:
     // call); does nothing for other kinds.
     void clicked();
 
+    // The field as a "field" element of a document of its own: the id as an
+    // "id" child, the kind word as the "type" attribute (none for a button)
+    // and the value with its limits. Labels, groups, flags and actions are
+    // not written; a password is written in clear.
+    VeskXmlNode toXml() const;
+    // Takes the value from a "field" element that carries this field's id
+    // and kind word; any other element changes nothing.
+    void fromXml(VeskXmlNode const& node);
+
+    // A "fieldlist" element with one "field" child per field, in order.
+    static VeskXmlNode toXml(QList<VeskField> const& fields);
+    // Copies of fields, each updated from every "field" child of a
+    // "fieldlist" element that carries its id, in document order. An element
+    // serves only the first field with its id. A root of another name gives
+    // an empty list.
+    static QList<VeskField> fromXml(QList<VeskField> const& fields, VeskXmlNode const& node);
+
     // Compares kind, label, id and the kind's value and limits; group,
     // suffix and the display flags never count.
     bool operator==(VeskField const& other) const;
@@ -185,5 +208,11 @@ VESK_DATA_EXPORT uint qHash(VeskField const& field, uint seed = 0);
 #else
 VESK_DATA_EXPORT size_t qHash(VeskField const& field, size_t seed = 0);
 #endif
+
+// One line of text per field naming its id, kind and value; a password's
+// text is never shown.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskField const& field);
+// The fields' texts one after the other, then one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskField> const& fields);
 
 #endif // VESKFIELD_H
