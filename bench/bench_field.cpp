@@ -19,7 +19,8 @@ QList<VeskField> makePage(int count)
     QList<VeskField> page;
     for (int i = 0; i < count; ++i) {
         if (i % 2)
-            page.append(VeskField::spinBox(QString(), fieldId(i), 1000, 0, 0, QString(), QString()));
+            page.append(
+                VeskField::spinBox(QString(), fieldId(i), 1000, 0, 0, QString(), QString()));
         else
             page.append(VeskField::lineEdit(QString(), fieldId(i), QString(), 64, QString()));
     }
