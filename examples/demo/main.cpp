@@ -2,6 +2,7 @@
 // the data library does from end to end. It ends by itself.
 
 #include "dispatcher.h"
+#include "fields.h"
 #include "sampleplugin.h"
 #include "say.h"
 
@@ -79,6 +80,7 @@ int main(int argc, char** argv)
     Dispatcher dispatcher;
     VeskCallActionEvent::dispatcher = &dispatcher;
     SamplePlugin plugin;
+    showFieldsDemo(&plugin);
 
     QThread* const worker = QThread::create(invokeActions, &plugin);
     worker->setObjectName(QStringLiteral("worker"));

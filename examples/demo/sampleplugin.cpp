@@ -17,3 +17,9 @@ void SamplePlugin::sum(QList<VeskArg>& args)
     say(QStringLiteral("  plugin: sum of %1 values is %2 (in the %3 thread)")
             .arg(args.size()).arg(total).arg(threadName()));
 }
+
+void SamplePlugin::saveSettings(QList<VeskArg>& args)
+{
+    say(QStringLiteral("  plugin: saveSettings(%1) runs in the %2 thread")
+            .arg(args.value(0).toString(), threadName()));
+}

@@ -12,6 +12,8 @@ public:
     void greet(QList<VeskArg>& args);
     // args: any number of Int values
     void sum(QList<VeskArg>& args);
+    // The settings page's button. args: String account
+    void saveSettings(QList<VeskArg>& args);
 };
 
 #endif

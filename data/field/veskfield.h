@@ -1,0 +1,218 @@
+#ifndef VESKFIELD_H
+#define VESKFIELD_H
+
+#include "veskdata_global.h"
+#include "veskarg.h"
+#include "veskpluginaction.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <veskxmlnode.h>
+
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
+
+class VeskFieldPrivate;
+
+// One input of a plugin's settings page or dialog: its widget kind, id,
+// label, current value and the limits of that value.
+//
+// A VeskField is a handle onto a shared record. Copies share the record until
+// one of them changes a value: every setter gives its handle a private copy
+// first, except setVisible(), setReadOnly() and setPressed(), which change
+// the shared record for every handle at once. The kind never changes.
+//
+// A default-made field is null: it reads as kind None with empty strings,
+// zero and false, and its setters do nothing.
+class VESK_DATA_EXPORT VeskField
+{
+public:
+    enum Type : qint32 {
+        None = 0,
+        ComboBox = 1,
+        CheckBox = 2,
+        RadioButton = 3,
+        LineEdit = 4,
+        DirEdit = 5,
+        FileEdit = 6,
+        SoundEdit = 7,
+        PasswordEdit = 8,
+        TextEdit = 9,
+        SpinBox = 10,
+        DoubleSpinBox = 11,
+        Label = 12,
+        Image = 13,
+        Button = 14
+    };
+
+    VeskField();
+    VeskField(VeskField const& other);
+    VeskField operator=(VeskField const& other);
+    ~VeskField();
+
+    void swap(VeskField& other) noexcept { qSwap(d, other.d); }
+
+    // Factories, the only way to make a field that is not null. Each checks
+    // its arguments and throws the std::runtime_error built by
+    // vesk_invalid_value() for the first one it refuses: an empty id, a
+    // button's invalid action, a spin box value below the minimum (above the
+    // maximum it is lowered to the maximum), or a double spin box value
+    // outside its limits. Numeric factories take max, min, then the value.
+    static VeskField image(QString const& id, QByteArray const& data, QString const& group);
+    static VeskField label(QString const& label, QString const& id, QString const& group);
+    static VeskField button(QString const& label, QString const& id, VeskPluginAction action,
+                            QString const& group);
+    // Selects the first option whose id is selectedId, else the first
+    // option; with no labels the ids serve as labels.
+    static VeskField comboBox(QString const& label, QString const& id, QStringList const& ids,
+                              QStringList const& labels, QString const& selectedId,
+                              QString const& group);
+    static VeskField spinBox(QString const& label, QString const& id, int max, int min, int value,
+                             QString const& group, QString const& suffix);
+    static VeskField doubleSpinBox(QString const& label, QString const& id, double max,
+                                   double min, double value, QString const& group);
+    static VeskField radioButton(QString const& label, QString const& id, bool checked,
+                                 QString const& group, QStringList const& depends);
+    static VeskField checkBox(QString const& label, QString const& id, bool checked,
+                              QString const& group, QStringList const& depends);
+    static VeskField lineEdit(QString const& label, QString const& id, QString const& text,
+                              int maxLength, QString const& group);
+    static VeskField passwordEdit(QString const& label, QString const& id, QString const& text,
+                                  int maxLength, QString const& group);
+    static VeskField textEdit(QString const& label, QString const& id, QString const& text,
+                              QString const& group);
+    static VeskField dirEdit(QString const& label, QString const& id, QString const& path,
+                             QString const& group);
+    static VeskField fileEdit(QString const& label, QString const& id, QString const& path,
+                              QString const& group);
+    static VeskField soundEdit(QString const& label, QString const& id, QString const& path,
+                               QString const& group);
+
+    bool isNull() const;
+    Type getType() const;
+
+    QString getLabel() const;
+    QString getId() const;
+    QString getGroup() const;
+    QString getSuffix() const;
+    QString getText() const;
+    QStringList getDepends() const;
+    QStringList getComboBoxIds() const;
+    QStringList getComboBoxLabels() const;
+    QByteArray getImgData() const;
+
+    bool getVisible() const;
+    bool isReadOnly() const;
+    bool isPressed() const;
+    bool isChecked() const;
+
+    // The value slot: a combo box's selected index, a spin box's value.
+    int getIntValue() const;
+    int getSelectedIndex() const;
+    double getDoubleValue() const;
+
+    // The max slot: a spin box's maximum, a line edit's maximum text length.
+    int getSpinBoxMax() const;
+    int getMaxIntValue() const;
+    int getMaxTextLength() const;
+    int getSpinBoxMin() const;
+    int getMinIntValue() const;
+    double getDoubleSpinBoxMax() const;
+    double getDoubleSpinBoxMin() const;
+
+    // The selected option's id or label; empty when the selected index does
+    // not name an option.
+    QString getSelectedId() const;
+    QString getSelectedLabel() const;
+
+    // The value as an argument of the kind's type: the selected id, the
+    // checked state, the text, the number, the label or the image bytes. An
+    // invalid VeskArg for None, Button and a null field.
+    VeskArg getValue() const;
+
+    void setLabel(QString const& label);
+    void setText(QString const& text);
+    void setImgData(QByteArray const& data);
+    void setMaxTextLength(int length);
+    // Stored as given, even outside the limits.
+    void setIntValue(int value);
+    void setDoubleValue(double value);
+    void setChecked(bool checked);
+
+    // Each moves the value inside the limit it sets; the other limit stays,
+    // so the minimum may end up above the maximum.
+    void setSpinBoxMin(int min);
+    void setSpinBoxMax(int max);
+    void setDoubleSpinBoxMin(double min);
+    void setDoubleSpinBoxMax(double max);
+
+    // New options select the first one; the same options keep the selection.
+    void setComboBoxItems(QStringList const& ids, QStringList const& labels);
+    // An index outside the options, or an id that is not among them, is
+    // ignored and the selection stays.
+    void setSelectedIndex(int index);
+    void setSelectedId(QString const& id);
+
+    // Written into the shared record: every handle of it sees the change.
+    void setVisible(bool visible);
+    void setReadOnly(bool readOnly);
+    void setPressed(bool pressed);
+
+    // Invokes a button's action with its bound arguments (it only posts the
+    // call); does nothing for other kinds.
+    void clicked();
+
+    // The field as a "field" element of a document of its own: the id as an
+    // "id" child, the kind word as the "type" attribute (none for a button)
+    // and the value with its limits. Labels, groups, flags and actions are
+    // not written; a password is written in clear.
+    VeskXmlNode toXml() const;
+    // Takes the value from a "field" element that carries this field's id
+    // and kind word; any other element changes nothing.
+    void fromXml(VeskXmlNode const& node);
+
+    // A "fieldlist" element with one "field" child per field, in order.
+    static VeskXmlNode toXml(QList<VeskField> const& fields);
+    // Copies of fields, each updated from every "field" child of a
+    // "fieldlist" element that carries its id, in document order. An element
+    // serves only the first field with its id. A root of another name gives
+    // an empty list.
+    static QList<VeskField> fromXml(QList<VeskField> const& fields, VeskXmlNode const& node);
+
+    // Compares kind, label, id and the kind's value and limits; group,
+    // suffix and the display flags never count.
+    bool operator==(VeskField const& other) const;
+    bool operator!=(VeskField const& other) const;
+
+private:
+    explicit VeskField(VeskFieldPrivate* record);
+    void detach();
+
+    VeskFieldPrivate* d;
+};
+
+Q_DECLARE_TYPEINFO(VeskField, Q_RELOCATABLE_TYPE);
+
+inline void swap(VeskField& first, VeskField& second) noexcept
+{
+    first.swap(second);
+}
+
+// Hashes the id, so fields that compare equal hash alike.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+VESK_DATA_EXPORT uint qHash(VeskField const& field, uint seed = 0);
+#else
+VESK_DATA_EXPORT size_t qHash(VeskField const& field, size_t seed = 0);
+#endif
+
+// One line of text per field naming its id, kind and value; a password's
+// text is never shown.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskField const& field);
+// The fields' texts one after the other, then one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskField> const& fields);
+
+#endif // VESKFIELD_H
