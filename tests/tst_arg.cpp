@@ -309,6 +309,19 @@ void TestArg::recordTypes()
     QCOMPARE(VeskArg(QList<VeskTextFormat>{format}).toTextFormatList().at(0).string2,
              QStringLiteral("bold"));
 
+    auto checkBox = [](bool checked) {
+        return VeskField::checkBox(QStringLiteral("Remember me"), QStringLiteral("remember"), checked,
+                                   QString(), QStringList());
+    };
+    VeskField const box = checkBox(true);
+    VeskField const sameBox = checkBox(true);
+    QVERIFY(VeskArg(box) == VeskArg(sameBox));
+    QVERIFY(VeskArg(box) != VeskArg(checkBox(false)));
+    QCOMPARE(VeskArg(box).toField().getId(), QStringLiteral("remember"));
+    QCOMPARE(VeskArg(QList<VeskField>{box, sameBox}).toFieldList().size(), 2);
+    QCOMPARE(thrownText([&] { VeskArg(QList<VeskField>{box}).toField(); }),
+             conversionText("FieldList", "Field"));
+
     VeskXmlNode const node(QStringLiteral("field"));
     QVERIFY(VeskArg(node) == VeskArg(node));
     QVERIFY(VeskArg(node) != VeskArg(VeskXmlNode(QStringLiteral("field"))));
@@ -353,6 +366,13 @@ void TestArg::debugTexts()
     QCOMPARE(debugText(VeskArg(VeskService(QStringLiteral("n"), QString(), QString(),
                                            QStringLiteral("p"), VeskPluginAction()))),
              QStringLiteral("VeskArg(Service: name=\"n\" protocol=\"p\" ) "));
+
+    VeskField const label = VeskField::label(QStringLiteral("Text"), QStringLiteral("l"), QString());
+    QCOMPARE(debugText(VeskArg(label)), QStringLiteral("VeskArg(Field: %1) ").arg(debugText(label)));
+    QCOMPARE(debugText(VeskArg(QList<VeskField>{label})),
+             QStringLiteral("VeskArg(FieldList: %1) ").arg(debugText(QList<VeskField>{label})));
+    VeskXmlNode const node(QStringLiteral("n"));
+    QCOMPARE(debugText(VeskArg(node)), QStringLiteral("VeskArg(XmlNode: VeskXmlNode(<n/>)) "));
 
     QCOMPARE(debugText(VeskArg::Int), QStringLiteral("VeskArg::Int "));
     QCOMPARE(debugText(VeskArg::VideoClip), QStringLiteral("VeskArg::VideClip "));

@@ -48,6 +48,8 @@ VeskArg::VeskArg(VeskAccountConnection* value) { construct<Scalar>(Account, valu
 VeskArg::VeskArg(VeskPluginAction const& value) { construct<Data<VeskPluginAction>>(PluginAction, value); }
 VeskArg::VeskArg(VeskGuiEventsReceiver* value) { construct<Scalar>(GuiEventsReceiver, value); }
 VeskArg::VeskArg(QList<VeskArg> const& value) { construct<ListData<VeskArg>>(ArgList, value); }
+VeskArg::VeskArg(VeskField const& value) { construct<Data<VeskField>>(Field, value); }
+VeskArg::VeskArg(QList<VeskField> const& value) { construct<ListData<VeskField>>(FieldList, value); }
 VeskArg::VeskArg(VeskXmlNode const& value) { construct<Data<VeskXmlNode>>(XmlNode, value); }
 VeskArg::VeskArg(VeskVideoClip const& value) { construct<Data<VeskVideoClip>>(VideoClip, value); }
 VeskArg::VeskArg(VeskService const& value) { construct<Data<VeskService>>(Service, value); }
@@ -133,6 +135,8 @@ VeskGuiEventsReceiver* VeskArg::toGuiEventsReceiver() const
     return holder<Scalar>(GuiEventsReceiver).load<VeskGuiEventsReceiver*>();
 }
 QList<VeskArg> VeskArg::toArgList() const { return holder<ListData<VeskArg>>(ArgList).load(); }
+VeskField VeskArg::toField() const { return holder<Data<VeskField>>(Field).load(); }
+QList<VeskField> VeskArg::toFieldList() const { return holder<ListData<VeskField>>(FieldList).load(); }
 VeskXmlNode VeskArg::toXmlNode() const { return holder<Data<VeskXmlNode>>(XmlNode).load(); }
 VeskVideoClip VeskArg::toVideoClip() const { return holder<Data<VeskVideoClip>>(VideoClip).load(); }
 VeskService VeskArg::toService() const { return holder<Data<VeskService>>(Service).load(); }
@@ -195,6 +199,8 @@ void writeContents(QDebug& dbg, VeskArg const& arg)
                         [](QDebug& d, void* address) { VeskDebug::pointer(d, address); });
         break;
     case VeskArg::Plugin: VeskDebug::pointer(dbg << "Plugin: ", arg.toPlugin()); break;
+    case VeskArg::Field: dbg << "Field: " << arg.toField(); break;
+    case VeskArg::FieldList: dbg << "FieldList: " << arg.toFieldList(); break;
     case VeskArg::XmlNode: dbg << "XmlNode: " << arg.toXmlNode(); break;
     case VeskArg::Account: VeskDebug::pointer(dbg << "Account: ", arg.toAccount()); break;
     case VeskArg::PluginAction:

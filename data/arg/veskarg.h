@@ -84,6 +84,8 @@ public:
     VeskArg(VeskPluginAction const& value);
     VeskArg(VeskGuiEventsReceiver* value);
     VeskArg(QList<VeskArg> const& value);
+    VeskArg(VeskField const& value);
+    VeskArg(QList<VeskField> const& value);
     VeskArg(VeskXmlNode const& value);
     VeskArg(VeskVideoClip const& value);
     VeskArg(VeskService const& value);
@@ -122,6 +124,8 @@ public:
     VeskPluginAction toPluginAction() const;
     VeskGuiEventsReceiver* toGuiEventsReceiver() const;
     QList<VeskArg> toArgList() const;
+    VeskField toField() const;
+    QList<VeskField> toFieldList() const;
     VeskXmlNode toXmlNode() const;
     VeskVideoClip toVideoClip() const;
     VeskService toService() const;

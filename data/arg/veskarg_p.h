@@ -6,6 +6,7 @@
 
 #include "veskarg.h"
 #include "veskpluginaction.h"
+#include "veskfield.h"
 #include "veskservice.h"
 
 #include <veskxmlnode.h>
@@ -130,6 +131,8 @@ decltype(auto) visit(VeskArg::Type type, F&& f)
     case VeskArg::StringList: return f(HolderKind<VeskArgListDataPrivate<QString>>());
     case VeskArg::PointerList: return f(HolderKind<VeskArgListDataPrivate<void*>>());
     case VeskArg::ArgList: return f(HolderKind<VeskArgListDataPrivate<VeskArg>>());
+    case VeskArg::Field: return f(HolderKind<VeskArgDataPrivate<VeskField>>());
+    case VeskArg::FieldList: return f(HolderKind<VeskArgListDataPrivate<VeskField>>());
     case VeskArg::XmlNode: return f(HolderKind<VeskArgDataPrivate<VeskXmlNode>>());
     case VeskArg::VideoClip: return f(HolderKind<VeskArgDataPrivate<VeskVideoClip>>());
     case VeskArg::Service: return f(HolderKind<VeskArgDataPrivate<VeskService>>());
