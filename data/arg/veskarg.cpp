@@ -1,4 +1,5 @@
 #include "veskarg_p.h"
+#include "veskfield.h"
 
 namespace {
 
@@ -142,4 +143,60 @@ bool VeskArg::operator==(VeskArg const& other) const
 bool VeskArg::operator!=(VeskArg const& other) const
 {
     return !(*this == other);
+}
+
+namespace {
+
+// Calls set(converted) when converted differs from current.
+template<typename T, typename Setter>
+bool setIfDifferent(T const& converted, T const& current, Setter&& set)
+{
+    if (converted == current)
+        return false;
+    set(converted);
+    return true;
+}
+
+} // namespace
+
+bool VeskArg::setFieldValue(VeskField& field, VeskArg const& value)
+{
+    switch (field.getType()) {
+    case VeskField::ComboBox:
+        if (value.getType() == String)
+            return setIfDifferent(value.toString(), field.getSelectedId(),
+                                  [&field](QString const& id) { field.setSelectedId(id); });
+        if (value.getType() == Int)
+            return setIfDifferent(value.toInt(), field.getSelectedIndex(),
+                                  [&field](int index) { field.setSelectedIndex(index); });
+        return false;
+    case VeskField::CheckBox:
+    case VeskField::RadioButton:
+        return setIfDifferent(value.toBool(), field.isChecked(),
+                              [&field](bool checked) { field.setChecked(checked); });
+    case VeskField::LineEdit:
+    case VeskField::DirEdit:
+    case VeskField::FileEdit:
+    case VeskField::SoundEdit:
+    case VeskField::PasswordEdit:
+    case VeskField::TextEdit:
+        return setIfDifferent(value.toString(), field.getText(),
+                              [&field](QString const& text) { field.setText(text); });
+    case VeskField::SpinBox:
+        return setIfDifferent(value.toInt(), field.getIntValue(),
+                              [&field](int number) { field.setIntValue(number); });
+    case VeskField::DoubleSpinBox:
+        return setIfDifferent(value.toDouble(), field.getDoubleValue(),
+                              [&field](double number) { field.setDoubleValue(number); });
+    case VeskField::Label:
+        return setIfDifferent(value.toString(), field.getLabel(),
+                              [&field](QString const& label) { field.setLabel(label); });
+    case VeskField::Image:
+        return setIfDifferent(value.toByteArray(), field.getImgData(),
+                              [&field](QByteArray const& data) { field.setImgData(data); });
+    case VeskField::None:
+    case VeskField::Button:
+        break;
+    }
+    return false;
 }

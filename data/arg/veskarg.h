@@ -9,6 +9,7 @@
 #include <QtCore/QStringList>
 
 class VeskAccountConnection;
+class VeskField;
 class VeskGuiEventsReceiver;
 class VeskPlugin;
 class VeskPluginAction;
@@ -114,6 +115,14 @@ public:
 
     bool operator==(VeskArg const& other) const;
     bool operator!=(VeskArg const& other) const;
+
+    // Stores value into field through the setter of the field's kind when it
+    // differs from the field's value, and tells whether a setter was called.
+    // A combo box takes a String as the selected id and an Int as the
+    // selected index, and ignores any other type. The other kinds that hold a
+    // value convert it strictly, so a value of another type throws and
+    // leaves the field as it was; None, Button and a null field take nothing.
+    static bool setFieldValue(VeskField& field, VeskArg const& value);
 
 private:
     template<typename Holder, typename T> void construct(Type type, T const& value);

@@ -10,6 +10,12 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <veskxmlnode.h>
+
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
+
 class VeskFieldPrivate;
 
 // One input of a plugin's settings page or dialog: its widget kind, id,
@@ -49,6 +55,42 @@ public:
     ~VeskField();
 
     void swap(VeskField& other) noexcept { qSwap(d, other.d); }
+
+    // Factories, the only way to make a field that is not null. Each checks
+    // its arguments and throws the std::runtime_error built by
+    // vesk_invalid_value() for the first one it refuses: an empty id, a
+    // button's invalid action, a spin box value below the minimum (above the
+    // maximum it is lowered to the maximum), or a double spin box value
+    // outside its limits. Numeric factories take max, min, then the value.
+    static VeskField image(QString const& id, QByteArray const& data, QString const& group);
+    static VeskField label(QString const& label, QString const& id, QString const& group);
+    static VeskField button(QString const& label, QString const& id, VeskPluginAction action,
+                            QString const& group);
+    // Selects the first option whose id is selectedId, else the first
+    // option; with no labels the ids serve as labels.
+    static VeskField comboBox(QString const& label, QString const& id, QStringList const& ids,
+                              QStringList const& labels, QString const& selectedId,
+                              QString const& group);
+    static VeskField spinBox(QString const& label, QString const& id, int max, int min, int value,
+                             QString const& group, QString const& suffix);
+    static VeskField doubleSpinBox(QString const& label, QString const& id, double max,
+                                   double min, double value, QString const& group);
+    static VeskField radioButton(QString const& label, QString const& id, bool checked,
+                                 QString const& group, QStringList const& depends);
+    static VeskField checkBox(QString const& label, QString const& id, bool checked,
+                              QString const& group, QStringList const& depends);
+    static VeskField lineEdit(QString const& label, QString const& id, QString const& text,
+                              int maxLength, QString const& group);
+    static VeskField passwordEdit(QString const& label, QString const& id, QString const& text,
+                                  int maxLength, QString const& group);
+    static VeskField textEdit(QString const& label, QString const& id, QString const& text,
+                              QString const& group);
+    static VeskField dirEdit(QString const& label, QString const& id, QString const& path,
+                             QString const& group);
+    static VeskField fileEdit(QString const& label, QString const& id, QString const& path,
+                              QString const& group);
+    static VeskField soundEdit(QString const& label, QString const& id, QString const& path,
+                               QString const& group);
 
     bool isNull() const;
     Type getType() const;
@@ -124,6 +166,23 @@ public:
     // call); does nothing for other kinds.
     void clicked();
 
+    // The field as a "field" element of a document of its own: the id as an
+    // "id" child, the kind word as the "type" attribute (none for a button)
+    // and the value with its limits. Labels, groups, flags and actions are
+    // not written; a password is written in clear.
+    VeskXmlNode toXml() const;
+    // Takes the value from a "field" element that carries this field's id
+    // and kind word; any other element changes nothing.
+    void fromXml(VeskXmlNode const& node);
+
+    // A "fieldlist" element with one "field" child per field, in order.
+    static VeskXmlNode toXml(QList<VeskField> const& fields);
+    // Copies of fields, each updated from every "field" child of a
+    // "fieldlist" element that carries its id, in document order. An element
+    // serves only the first field with its id. A root of another name gives
+    // an empty list.
+    static QList<VeskField> fromXml(QList<VeskField> const& fields, VeskXmlNode const& node);
+
     // Compares kind, label, id and the kind's value and limits; group,
     // suffix and the display flags never count.
     bool operator==(VeskField const& other) const;
@@ -149,5 +208,11 @@ VESK_DATA_EXPORT uint qHash(VeskField const& field, uint seed = 0);
 #else
 VESK_DATA_EXPORT size_t qHash(VeskField const& field, size_t seed = 0);
 #endif
+
+// One line of text per field naming its id, kind and value; a password's
+// text is never shown.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskField const& field);
+// The fields' texts one after the other, then one blank.
+VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskField> const& fields);
 
 #endif // VESKFIELD_H
