@@ -1,0 +1,435 @@
+#include <VeskData>
+
+#include <QtTest/QtTest>
+
+#include <algorithm>
+
+namespace {
+
+template<typename T>
+QString textOf(T const& value)
+{
+    QString out;
+    {
+        QDebug dbg(&out);
+        dbg << value;
+    }
+    return out;
+}
+
+VeskBuddyContact contact(QString const& id, VeskPresenceType* presence = nullptr)
+{
+    return VeskBuddyContact(nullptr, id, QString(), VeskBuddyType(), VeskPresence(presence, QString()),
+                            VeskSubscriptionType());
+}
+
+VeskBuddyCustom custom(QString const& name)
+{
+    return VeskBuddyCustom(name, QString(), QString(), {}, QString(), QString(), QString());
+}
+
+VeskBuddyTemporary guestOf(VeskPresenceType* presence)
+{
+    return VeskBuddyTemporary(nullptr, QStringLiteral("guest"), VeskPresence(presence, QString()),
+                              VeskBuddyGroup());
+}
+
+// Clears whatever link a child keeps to a container.
+void unlink(VeskBuddy const& child)
+{
+    if (VeskBuddyContactPrivate* const record = VeskBuddyContact(child).data())
+        record->parent = VeskBuddy();
+    else if (VeskBuddyCustomPrivate* const record = VeskBuddyCustom(child).data())
+        record->parent = VeskBuddy();
+    else if (VeskBuddyMergedPrivate* const record = VeskBuddyMerged(child).data())
+        record->parent = VeskBuddy();
+    else if (VeskBuddyTemporaryPrivate* const record = VeskBuddyTemporary(child).data())
+        record->group = VeskBuddyGroup();
+    else if (VeskBuddyMetaPrivate* const record = VeskBuddyMeta(child).data())
+        record->group = VeskBuddyGroup();
+}
+
+// A container and its linked children keep each other alive; the tests take
+// their trees apart so that the leak checker sees every record freed.
+void dismantle(VeskBuddy const& container)
+{
+    VeskBuddyGroup group(container);
+    VeskBuddyMeta meta(container);
+    QList<VeskBuddy> children;
+    if (group.isValid()) {
+        children = group.data()->children;
+        group.data()->children.clear();
+        group.data()->metas.clear();
+    } else if (meta.isValid()) {
+        children = meta.data()->children;
+        meta.data()->children.clear();
+    }
+    for (VeskBuddy const& child : children) {
+        unlink(child);
+        if (child.getType() == VeskBuddy::Meta)
+            dismantle(child);
+    }
+    unlink(container);
+}
+
+struct Dismantler
+{
+    QList<VeskBuddy> containers;
+    ~Dismantler()
+    {
+        for (VeskBuddy const& container : containers)
+            dismantle(container);
+    }
+};
+
+} // namespace
+
+class TestBuddyGroup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void invalidContainersAnswerWithFallbacks();
+    void addingChecksMembershipAndKind();
+    void movesKeepParentLinksInStep();
+    void metaContactsOfAGroup();
+    void countsAndContainment();
+    void groupOrderingAndDisplayState();
+    void debugTexts();
+    void oppositeMovesDoNotDeadlock();
+};
+
+void TestBuddyGroup::invalidContainersAnswerWithFallbacks()
+{
+    VeskBuddyGroup group;
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    QVERIFY(!group.data());
+    QVERIFY(!group.addBuddy(alice));
+    QCOMPARE(group.removeBuddy(alice), -1);
+    QVERIFY(!group.removeAt(0).isValid());
+    QVERIFY(!group.addMeta(QStringLiteral("m")).isValid());
+    QVERIFY(!group.buddyAt(0).isValid());
+    QCOMPARE(group.childCount(), -1);
+    QCOMPARE(group.onlineChildCount(), -1);
+    QCOMPARE(group.statusChildCount(VeskPresence::Offline), -1);
+    QCOMPARE(group.getPos(), -1);
+    QVERIFY(!group.containsBuddy(alice));
+    QVERIFY(!group.containsContact(alice));
+    QVERIFY(!group.containsMeta(QStringLiteral("m")));
+    QVERIFY(!group.isExpanded());
+    QVERIFY(!alice.getParent().isValid());
+
+    VeskBuddyMeta meta;
+    QVERIFY(!meta.addBuddy(alice));
+    QCOMPARE(meta.removeBuddy(alice), -1);
+    QCOMPARE(meta.childCount(), -1);
+    QVERIFY(!meta.removeAt(0).isValid());
+    QVERIFY(!meta.containsContact(alice));
+    QVERIFY(!meta.getGroup().isValid());
+}
+
+void TestBuddyGroup::addingChecksMembershipAndKind()
+{
+    Dismantler cleanup;
+    VeskBuddyGroup group(QStringLiteral("Friends"));
+    VeskBuddyMeta meta(QStringLiteral("Ann"));
+    cleanup.containers << group << meta;
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    VeskBuddyContact const bob = contact(QStringLiteral("bob"));
+    VeskBuddyCustom const feed = custom(QStringLiteral("feed"));
+    VeskBuddyTemporary const guest(nullptr, QStringLiteral("guest"), VeskPresence(), VeskBuddyGroup());
+
+    QVERIFY(group.addBuddy(alice));
+    QVERIFY(!group.addBuddy(alice));
+    QVERIFY(!group.addBuddy(VeskBuddy(alice)));
+    QVERIFY(group.addBuddy(feed));
+    QVERIFY(group.addBuddy(guest));
+    QVERIFY(!group.addBuddy(VeskBuddyGroup(QStringLiteral("Nested"))));
+    QVERIFY(!group.addBuddy(group));
+    QVERIFY(!group.addBuddy(VeskBuddy()));
+    QVERIFY(group.addBuddy(bob));
+    QCOMPARE(group.childCount(), 4);
+    QVERIFY(group.buddyAt(0) == alice);
+    QVERIFY(group.buddyAt(1) == feed);
+    QVERIFY(group.buddyAt(2) == guest);
+    QVERIFY(group.buddyAt(3) == bob);
+    QVERIFY(group.containsBuddy(guest));
+    QVERIFY(!group.containsBuddy(meta));
+
+    // Out-of-range indexes change nothing.
+    QVERIFY(!group.buddyAt(4).isValid());
+    QVERIFY(!group.buddyAt(-1).isValid());
+    QVERIFY(!group.removeAt(4).isValid());
+    QVERIFY(!group.removeAt(-1).isValid());
+    QCOMPARE(group.childCount(), 4);
+
+    QVERIFY(group.removeAt(1) == feed);
+    QVERIFY(!group.containsBuddy(feed));
+    QVERIFY(group.addBuddy(feed)); // its link still names the group: appended again
+    QVERIFY(group.buddyAt(3) == feed);
+
+    QVERIFY(!meta.addBuddy(guest));
+    QVERIFY(!meta.addBuddy(group));
+    QVERIFY(!meta.addBuddy(VeskBuddyMeta(QStringLiteral("inner"))));
+    QVERIFY(!meta.addBuddy(VeskBuddy()));
+    VeskBuddyMerged const merged(QString(), {bob});
+    QVERIFY(meta.addBuddy(merged));
+    QVERIFY(!meta.addBuddy(merged));
+    QVERIFY(meta.addBuddy(alice));
+    QCOMPARE(meta.childCount(), 2);
+    QVERIFY(meta.buddyAt(1) == alice);
+    QVERIFY(!meta.buddyAt(2).isValid());
+    QVERIFY(meta.removeAt(0) == merged);
+    QCOMPARE(meta.childCount(), 1);
+}
+
+void TestBuddyGroup::movesKeepParentLinksInStep()
+{
+    Dismantler cleanup;
+    VeskBuddyGroup first(QStringLiteral("A"));
+    VeskBuddyGroup second(QStringLiteral("B"));
+    VeskBuddyMeta meta(QStringLiteral("M"));
+    cleanup.containers << first << second << meta;
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    VeskBuddyCustom const feed = custom(QStringLiteral("feed"));
+
+    QVERIFY(first.addBuddy(alice));
+    QVERIFY(alice.getParent() == first);
+    QVERIFY(second.addBuddy(alice));
+    QVERIFY(!first.containsBuddy(alice));
+    QVERIFY(alice.getParent() == second);
+    QCOMPARE(first.removeBuddy(alice), 0);
+    QVERIFY(alice.getParent() == second);
+
+    QVERIFY(meta.addBuddy(alice));
+    QVERIFY(!second.containsBuddy(alice));
+    QVERIFY(alice.getParent() == meta);
+    QCOMPARE(meta.removeBuddy(alice), 1);
+    QVERIFY(alice.getParent() == meta); // a meta-contact leaves the link alone
+    QVERIFY(meta.addBuddy(alice));
+    QVERIFY(first.addBuddy(alice));
+    QCOMPARE(meta.childCount(), 0);
+    QVERIFY(alice.getParent() == first);
+
+    QVERIFY(first.removeAt(0) == alice);
+    QVERIFY(alice.getParent() == first);
+    QVERIFY(first.addBuddy(alice));
+    QCOMPARE(first.removeBuddy(alice), 1);
+    QVERIFY(!alice.getParent().isValid());
+
+    QVERIFY(meta.addBuddy(feed));
+    QVERIFY(second.addBuddy(feed));
+    QCOMPARE(meta.childCount(), 0);
+    QVERIFY(feed.getParent() == second);
+
+    // Merged and temporary entries take the new link; the old container keeps
+    // its entry and, no longer named by the link, leaves the link alone.
+    VeskBuddyMerged const merged(QString(), {contact(QStringLiteral("m"))});
+    QVERIFY(first.addBuddy(merged));
+    QVERIFY(second.addBuddy(merged));
+    QVERIFY(first.containsBuddy(merged) && second.containsBuddy(merged));
+    QVERIFY(merged.getParent() == second);
+    QCOMPARE(first.removeBuddy(merged), 1);
+    QVERIFY(merged.getParent() == second);
+    QVERIFY(meta.addBuddy(merged));
+    QVERIFY(merged.getParent() == meta);
+
+    VeskBuddyTemporary const guest(nullptr, QStringLiteral("guest"), VeskPresence(), first);
+    QVERIFY(second.addBuddy(guest));
+    QVERIFY(guest.getGroup() == second);
+    QCOMPARE(second.removeBuddy(guest), 1);
+    QVERIFY(!guest.getGroup().isValid());
+}
+
+void TestBuddyGroup::metaContactsOfAGroup()
+{
+    Dismantler cleanup;
+    VeskBuddyGroup group(QStringLiteral("Family"));
+    VeskBuddyGroup other(QStringLiteral("Work"));
+    cleanup.containers << group << other;
+
+    VeskBuddyMeta const ann = group.addMeta(QStringLiteral("Ann"));
+    QVERIFY(ann.isValid());
+    QCOMPARE(ann.getDisplay(), QStringLiteral("Ann"));
+    QVERIFY(group.addMeta(QStringLiteral("Ann")) == ann);
+    QCOMPARE(group.childCount(), 1);
+    QVERIFY(group.containsMeta(QStringLiteral("Ann")));
+    QVERIFY(!group.containsMeta(QStringLiteral("ann")));
+    QVERIFY(ann.getGroup() == group);
+    QVERIFY(!group.addBuddy(ann));
+
+    // Placing it in another group relinks it without taking it out here;
+    // removing it here then leaves the other group's link and the table alone.
+    QVERIFY(other.addBuddy(ann));
+    QVERIFY(ann.getGroup() == other);
+    QCOMPARE(group.removeBuddy(ann), 1);
+    QVERIFY(group.containsMeta(QStringLiteral("Ann")));
+    QVERIFY(ann.getGroup() == other);
+    QCOMPARE(other.removeBuddy(ann), 1);
+    QVERIFY(!ann.getGroup().isValid());
+
+    VeskBuddyMeta const bob = group.addMeta(QStringLiteral("Bob"));
+    QCOMPARE(group.removeBuddy(bob), 1);
+    QVERIFY(!group.containsMeta(QStringLiteral("Bob")));
+    QVERIFY(!bob.getGroup().isValid());
+    QVERIFY(group.addMeta(QStringLiteral("Bob")) != bob);
+
+    VeskBuddyMeta assigned = bob;
+    assigned = assigned;
+    assigned = ann;
+    QVERIFY(assigned == ann);
+}
+
+void TestBuddyGroup::countsAndContainment()
+{
+    Dismantler cleanup;
+    VeskPresenceType offline;
+    offline.flag = VeskPresence::Offline;
+    VeskPresenceType online;
+    online.flag = VeskPresence::Flag(1);
+
+    VeskBuddyGroup group(QStringLiteral("G"));
+    cleanup.containers << group;
+    VeskBuddyContact const away = contact(QStringLiteral("off"), &offline);
+    VeskBuddyContact const here = contact(QStringLiteral("on"), &online);
+    VeskBuddyContact const nested = contact(QStringLiteral("nested"), &online);
+    VeskBuddyContact const untyped = contact(QStringLiteral("untyped"));
+    VeskBuddyContact const inMerged = contact(QStringLiteral("merged"), &online);
+    VeskBuddyContact const deep = contact(QStringLiteral("deep"), &online);
+    VeskBuddyContact const outside = contact(QStringLiteral("outside"), &online);
+    QVERIFY(group.addBuddy(away));
+    QVERIFY(group.addBuddy(here));
+    VeskBuddyMeta meta = group.addMeta(QStringLiteral("M"));
+    QVERIFY(meta.addBuddy(nested));
+    QVERIFY(meta.addBuddy(VeskBuddyMerged(QString(), {deep})));
+    QVERIFY(group.addBuddy(VeskBuddyMerged(QString(), {inMerged})));
+    QVERIFY(group.addBuddy(guestOf(&online)));
+
+    QCOMPARE(group.onlineChildCount(), 1);
+    QCOMPARE(group.statusChildCount(VeskPresence::Offline), 1);
+    QCOMPARE(group.statusChildCount(VeskPresence::Flag(1)), 1);
+    QVERIFY(group.addBuddy(untyped)); // flag 0: online, not offline
+    QCOMPARE(group.onlineChildCount(), 2);
+    QCOMPARE(group.statusChildCount(VeskPresence::Flag(0)), 1);
+
+    QVERIFY(group.containsContact(away));
+    QVERIFY(group.containsContact(nested));
+    QVERIFY(group.containsContact(inMerged));
+    QVERIFY(group.containsContact(deep));
+    QVERIFY(!group.containsContact(outside));
+    QVERIFY(!group.containsBuddy(nested));
+    QVERIFY(meta.containsContact(nested));
+    QVERIFY(meta.containsContact(deep));
+    QVERIFY(!meta.containsContact(here));
+}
+
+void TestBuddyGroup::groupOrderingAndDisplayState()
+{
+    VeskBuddyGroup const beta(QStringLiteral("beta"));
+    VeskBuddyGroup const alpha(QStringLiteral("Alpha"));
+    VeskBuddyGroup const alphaLower(QStringLiteral("alpha"));
+    VeskBuddyContact const someone = contact(QStringLiteral("someone"));
+    QVERIFY(!groupLessThan(beta, alpha));
+    QVERIFY(groupLessThan(alpha, beta));
+    QVERIFY(!groupLessThan(alpha, alphaLower));
+    QVERIFY(!groupLessThan(alphaLower, alpha));
+    QVERIFY(groupLessThan(alpha, someone));
+    QVERIFY(groupLessThan(someone, alpha));
+    QVERIFY(groupLessThan(VeskBuddy(), alpha));
+
+    QList<VeskBuddy> groups{VeskBuddyGroup(QStringLiteral("work")), beta,
+                            VeskBuddyGroup(QStringLiteral("Zoo")), alpha};
+    std::sort(groups.begin(), groups.end(), groupLessThan);
+    QStringList names;
+    for (VeskBuddy const& group : groups)
+        names << group.getDisplay();
+    QCOMPARE(names, (QStringList{QStringLiteral("Alpha"), QStringLiteral("beta"),
+                                 QStringLiteral("work"), QStringLiteral("Zoo")}));
+
+    QCOMPARE(beta.getPos(), 0);
+    QVERIFY(!beta.isExpanded());
+    VeskBuddyGroup const alias{VeskBuddy(beta)};
+    alias.data()->pos = 3;
+    alias.data()->expanded = true;
+    QCOMPARE(beta.getPos(), 3);
+    QVERIFY(beta.isExpanded());
+
+    VeskBuddyMeta const meta(QStringLiteral("m"));
+    QVERIFY(!meta.isExpanded());
+    meta.data()->expanded = true;
+    QVERIFY(VeskBuddyMeta(VeskBuddy(meta)).isExpanded());
+}
+
+void TestBuddyGroup::debugTexts()
+{
+    Dismantler cleanup;
+    VeskBuddyGroup group(QStringLiteral("g"));
+    cleanup.containers << group;
+    QString const empty = QStringLiteral("VeskBuddyGroup(\n\tvalid       :true\n\tdisplay     :\"g\"\n\t"
+                                         "child count :0\n\texpanded    :false\n) ");
+    QCOMPARE(textOf(group), empty);
+    QCOMPARE(textOf(VeskBuddy(group)), empty + QLatin1Char(' '));
+    QCOMPARE(textOf(VeskBuddyGroup()),
+             QStringLiteral("VeskBuddyGroup(\n\tvalid       :false\n\tdisplay     :\"\"\n\t"
+                            "child count :-1\n\texpanded    :false\n) "));
+
+    VeskBuddyMeta meta = group.addMeta(QStringLiteral("Ann \"A\""));
+    QVERIFY(meta.addBuddy(contact(QStringLiteral("a"))));
+    meta.data()->expanded = true;
+    QCOMPARE(textOf(meta),
+             QStringLiteral("VeskBuddyMeta(\n\tvalid       :true\n\tdisplay     :\"Ann \"A\"\"\n\t"
+                            "child count :1\n\texpanded    :true\n) "));
+    QCOMPARE(textOf(group).section(QLatin1Char('\n'), 3, 3), QStringLiteral("\tchild count :1"));
+}
+
+// Three threads keep pulling the same contacts into their own container: two
+// groups and a meta-contact. Each move locks the receiving container and the
+// one the contact leaves, so the threads take the same pairs of locks from
+// opposite sides all the time.
+void TestBuddyGroup::oppositeMovesDoNotDeadlock()
+{
+    Dismantler cleanup;
+    VeskBuddyGroup first(QStringLiteral("first"));
+    VeskBuddyGroup second(QStringLiteral("second"));
+    VeskBuddyMeta meta(QStringLiteral("meta"));
+    cleanup.containers << first << second << meta;
+    QList<VeskBuddyContact> contacts;
+    for (int i = 0; i < 40; ++i) {
+        contacts.append(contact(QStringLiteral("c%1").arg(i)));
+        QVERIFY((i % 2 ? first : second).addBuddy(contacts.last()));
+    }
+
+    int const rounds = 300;
+    auto mover = [&contacts, rounds](auto container) {
+        return QThread::create([container, &contacts, rounds]() mutable {
+            for (int round = 0; round < rounds; ++round) {
+                for (VeskBuddyContact const& c : contacts)
+                    container.addBuddy(c);
+            }
+        });
+    };
+    QList<QThread*> const threads{mover(first), mover(second), mover(meta)};
+    for (QThread* thread : threads)
+        thread->start();
+    bool finished = true;
+    for (QThread* thread : threads)
+        finished = thread->wait(120000) && finished;
+    if (!finished)
+        qFatal("moves between containers deadlocked");
+    qDeleteAll(threads);
+
+    // Every contact ended in exactly one container, the one its link names.
+    QCOMPARE(first.childCount() + second.childCount() + meta.childCount(), contacts.size());
+    for (VeskBuddyContact const& c : contacts) {
+        VeskBuddy const parent = c.getParent();
+        int const holders = int(first.containsBuddy(c)) + int(second.containsBuddy(c))
+                            + int(meta.containsContact(c));
+        QCOMPARE(holders, 1);
+        QVERIFY(parent == first || parent == second || parent == meta);
+        QVERIFY(parent != first || first.containsBuddy(c));
+        QVERIFY(parent != second || second.containsBuddy(c));
+    }
+}
+
+QTEST_APPLESS_MAIN(TestBuddyGroup)
+#include "tst_buddygroup.moc"
