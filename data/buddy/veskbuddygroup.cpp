@@ -56,15 +56,16 @@ struct VeskBuddyChildren
             return 0;
         int const count = found.value();
         record.childIndex.erase(found);
+        VeskBuddyPrivate const* const wanted = key(buddy);
         QList<VeskBuddy>& children = record.children;
         int left = 0;
         int right = children.size() - 1;
         int remaining = count;
         while (remaining > 0 && left <= right) {
-            if (children.at(right) == buddy) {
+            if (key(children.at(right)) == wanted) {
                 children.removeAt(right);
                 --remaining;
-            } else if (children.at(left) == buddy) {
+            } else if (key(children.at(left)) == wanted) {
                 children.removeAt(left);
                 --remaining;
             } else {
