@@ -2,6 +2,7 @@
 // the data library does from end to end. It ends by itself.
 
 #include "dispatcher.h"
+#include "roster.h"
 #include "sampleplugin.h"
 #include "say.h"
 
@@ -74,6 +75,7 @@ int main(int argc, char** argv)
     QThread::currentThread()->setObjectName(QStringLiteral("main"));
 
     showArgumentValues();
+    showContactList();
 
     say(QStringLiteral("== Plugin actions"));
     Dispatcher dispatcher;
