@@ -4,6 +4,11 @@
 
 #include <new>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#define VESK_HAVE_ASAN 1
+#endif
+
 namespace {
 
 // Lets this many non-throwing allocations through, fails the next one and
@@ -68,6 +73,14 @@ VeskPresenceType presenceType(quint32 priority, QString const& icon = QString())
     return type;
 }
 
+VeskPresenceType* newPresenceType(QString const& id, qint32 flag)
+{
+    auto* type = new VeskPresenceType;
+    type->id = id;
+    type->flag = VeskPresence::Flag(flag);
+    return type;
+}
+
 VeskBuddyContact contact(QString const& id, QString const& display = QString(),
                          VeskAccountConnection* account = nullptr)
 {
@@ -82,6 +95,10 @@ class TestBuddy : public QObject
     Q_OBJECT
 
 private slots:
+    void kindLookups();
+    void kindRecordOwnsItsTypes();
+    void resources();
+    void kindDebugTexts();
     void invalidHandlesAnswerWithFallbacks();
     void handlesShareOneRecord();
     void conversionsCheckTheKind();
@@ -94,51 +111,110 @@ private slots:
     void debugTexts();
 };
 
+void TestBuddy::kindLookups()
+{
+    VeskSubscriptionType const missing = VeskBuddyType().getSubscriptionWithId(QStringLiteral("both"));
+    QVERIFY(!missing.isValid() && missing.getIcon().isNull());
+    QVERIFY(missing.getId().isEmpty() && !missing.getId().isNull());
+    QVERIFY(missing.getDisplay().isEmpty() && !missing.getDisplay().isNull());
+
+    VeskBuddyType const kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
+    kind.data()->subscriptions
+        << new VeskSubscriptionType(QStringLiteral("None"), QStringLiteral("none"), 1, QString())
+        << new VeskSubscriptionType(QStringLiteral("Both"), QStringLiteral("both"), 3,
+                                    QStringLiteral("both.png"))
+        << new VeskSubscriptionType(QStringLiteral("Both again"), QStringLiteral("both"), 4, QString());
+    VeskSubscriptionType const both = kind.getSubscriptionWithId(QStringLiteral("both"));
+    QCOMPARE(both.getDisplay(), QStringLiteral("Both"));
+    QCOMPARE(both.getIcon(), QStringLiteral("both.png"));
+    QVERIFY(!kind.getSubscriptionWithId(QStringLiteral("Both")).isValid());
+    QVERIFY(!VeskSubscriptionType(QString(), QStringLiteral("to"), 1, QString()).isValid());
+    QVERIFY(!VeskSubscriptionType(QStringLiteral("To"), QString(), 1, QString()).isValid());
+
+    VeskBuddyTypePrivate* const record = kind.data();
+    VeskPresenceType* const online = newPresenceType(QStringLiteral("online"), 1);
+    VeskPresenceType* const offline = newPresenceType(QStringLiteral("offline"), VeskPresence::Offline);
+    record->presences.insert(online->id, online);
+    record->presences.insert(offline->id, offline);
+    QCOMPARE(record->getPresenceWithFlag(VeskPresence::Offline), offline);
+    QCOMPARE(record->getPresenceWithFlag(VeskPresence::Flag(1)), online);
+    QVERIFY(!record->getPresenceWithFlag(VeskPresence::Flag(7)));
+}
+
+void TestBuddy::kindRecordOwnsItsTypes()
+{
+    VeskBuddyType kind(QStringLiteral("irc"), QStringLiteral("IRC"));
+    VeskBuddyType copy(kind);
+    kind.data()->extraInfoFields.append(
+        VeskField::lineEdit(QStringLiteral("Nick"), QStringLiteral("nick"), QString(), 16, QString()));
+    QCOMPARE(copy.getExtraInfoFields().at(0).getId(), QStringLiteral("nick"));
+    copy = kind;
+    QCOMPARE(kind.data()->ref.loadRelaxed(), 2);
+
+    // One presence type filed under two ids and one subscription type listed
+    // twice are each deleted once: a second delete aborts the sanitizer builds.
+    VeskBuddyType other(QStringLiteral("sip"), QStringLiteral("SIP"));
+    VeskPresenceType* const busy = newPresenceType(QStringLiteral("busy"), 6);
+    auto* const to = new VeskSubscriptionType(QStringLiteral("To"), QStringLiteral("to"), 1, QString());
+    other.data()->presences.insert(QStringLiteral("busy"), busy);
+    other.data()->presences.insert(QStringLiteral("dnd"), busy);
+    other.data()->subscriptions << to << to;
+
+    VeskBuddyType holder(other);
+    other = VeskBuddyType();
+    QCOMPARE(busy->id, QStringLiteral("busy")); // holder still owns it
+    holder = kind;                               // drops the last reference to SIP
+    QCOMPARE(kind.data()->ref.loadRelaxed(), 3);
+#ifdef VESK_HAVE_ASAN
+    QVERIFY(__asan_address_is_poisoned(busy));
+    QVERIFY(__asan_address_is_poisoned(to));
+#endif
+}
+
+void TestBuddy::resources()
+{
+    QCOMPARE(VeskBuddyResource().getPriority(), -1);
+    VeskBuddyResourceType phone(QStringLiteral("phone"), QStringLiteral("phone.png"));
+    VeskBuddyResource const bare(&phone, VeskPresence());
+    QCOMPARE(bare.getPriority(), 0);
+
+    VeskPresenceType top = presenceType(4294967295u);
+    VeskPresenceType some = presenceType(12);
+    VeskBuddyResource const high(&phone, VeskPresence(&top, QString()));
+    VeskBuddyResource const mid(&phone, VeskPresence(&some, QString()));
+    QCOMPARE(high.getPriority(), -1); // read as a signed number
+    QCOMPARE(mid.getPriority(), 12);
+    QVERIFY(high == mid);
+    VeskBuddyResourceType lookalike(QStringLiteral("phone"), QStringLiteral("phone.png"));
+    QVERIFY(!(VeskBuddyResource(&lookalike, VeskPresence()) == bare));
+}
+
+void TestBuddy::kindDebugTexts()
+{
+    VeskBuddyType kind(QStringLiteral("xmpp"), QStringLiteral("Jab\"ber"));
+    VeskBuddyType invalid;
+    QString const kindText = pointerText(&kind) + QStringLiteral(" VeskBuddyType(\"xmpp\", \"Jab\"ber\") ");
+    QString const invalidText = pointerText(&invalid) + QStringLiteral(" VeskBuddyType(\"\", \"\") ");
+    QCOMPARE(textOf(&kind), kindText);
+    QCOMPARE(textOf(&invalid), invalidText);
+
+    QCOMPARE(textOf(QList<VeskBuddyType*>()), QStringLiteral("QList<VeskBuddyType *> (\n) element count: 0\n "));
+    QCOMPARE(textOf(QList<VeskBuddyType*>{&kind, &invalid}),
+             QStringLiteral("QList<VeskBuddyType *> (\n\t") + kindText + QStringLiteral("\n \t") + invalidText
+                 + QStringLiteral("\n ) element count: 2\n "));
+}
+
 void TestBuddy::invalidHandlesAnswerWithFallbacks()
 {
-    QCOMPARE(sizeof(VeskBuddy::Type), sizeof(qint32));
-    QCOMPARE(int(VeskBuddy::Temporary), 5);
-    QCOMPARE(int(VeskBuddy::Custom), 6);
-
     VeskBuddy none;
-    QVERIFY(!none.isValid());
-    QCOMPARE(none.getType(), VeskBuddy::Invalid);
-    QVERIFY(none.getDisplay().isNull());
     none.setUnreadMessages(4);
     QCOMPARE(none.unreadMessages(), 0);
-    QVERIFY(none == VeskBuddy());
+    QVERIFY(none == VeskBuddy() && none.getDisplay().isNull());
     QCOMPARE(qHash(none), decltype(qHash(none))(0));
-
     VeskBuddyContact noContact;
-    QVERIFY(!noContact.isValid() && !noContact.data());
-    QVERIFY(noContact.getDisplay().isNull() && noContact.getId().isNull());
-    QVERIFY(!noContact.getAccount());
-    QVERIFY(noContact.getTypeId().isNull());
-    QVERIFY(!noContact.getPresence().isValid());
-    QVERIFY(noContact.getPresenceIcon().isNull());
-    QVERIFY(noContact.getSubscription().getId().isNull());
-    QVERIFY(noContact.getResources().isEmpty());
-    QVERIFY(!noContact.getActiveResource().isValid());
-    QVERIFY(noContact.getAvatarPath().isNull());
-    QVERIFY(noContact.getAvailableExtraInfo().isEmpty());
     noContact.setAttribs({{QStringLiteral("a"), VeskArg(1)}});
-    QVERIFY(noContact.getAttribs().isEmpty());
-    QCOMPARE(noContact.getAttrib(QStringLiteral("a")).getType(), VeskArg::None);
-    QVERIFY(!noContact.getParent().isValid());
-
-    VeskBuddyMerged const noMerged;
-    QVERIFY(!noMerged.isValid() && !noMerged.data());
-    QVERIFY(noMerged.getDisplay().isNull());
-    QVERIFY(noMerged.getAccounts().isEmpty());
-    QVERIFY(!noMerged.containsContact(VeskBuddyContact()));
-
-    VeskBuddyCustom noCustom;
-    noCustom.setAttribs({{QStringLiteral("a"), VeskArg(1)}});
-    QVERIFY(noCustom.getAttribs().isEmpty() && noCustom.getOwnerId().isNull());
-
-    VeskBuddyTemporary const noTemporary;
-    QVERIFY(!noTemporary.getAccount() && noTemporary.getId().isNull());
-    QVERIFY(!noTemporary.getGroup().isValid());
+    QVERIFY(noContact.getAttribs().isEmpty() && noContact.getDisplay().isNull());
+    QVERIFY(!VeskBuddyTemporary().getGroup().isValid());
 }
 
 void TestBuddy::handlesShareOneRecord()
@@ -150,27 +226,20 @@ void TestBuddy::handlesShareOneRecord()
     QCOMPARE(Peek::refs(group), 3);
 
     copy.setUnreadMessages(3);
-    QCOMPARE(group.unreadMessages(), 3);
-    QCOMPARE(other.unreadMessages(), 3);
-    other.setUnreadMessages(-2);
-    QCOMPARE(group.unreadMessages(), -2);
+    QCOMPARE(group.unreadMessages() + other.unreadMessages(), 6);
 
     copy = copy;
     other = group;
     QCOMPARE(Peek::refs(group), 3);
 
     VeskBuddyGroup const twin(QStringLiteral("Friends"));
-    QVERIFY(twin != group);
-    QVERIFY(qHash(twin) != qHash(group));
+    QVERIFY(twin != group && qHash(twin) != qHash(group));
     QCOMPARE(qHash(copy), qHash(group));
     QCOMPARE((QSet<VeskBuddy>{group, copy, other, twin}.size()), 2);
 
-    other = VeskBuddy();
-    QCOMPARE(Peek::refs(group), 2);
     VeskBuddy moved(std::move(copy));
-    QVERIFY(!copy.isValid());
-    QCOMPARE(Peek::refs(group), 2);
-    QVERIFY(moved == group);
+    QVERIFY(!copy.isValid() && moved == group);
+    QCOMPARE(Peek::refs(group), 3);
 }
 
 void TestBuddy::conversionsCheckTheKind()
@@ -178,28 +247,20 @@ void TestBuddy::conversionsCheckTheKind()
     VeskBuddyGroup const group(QStringLiteral("Work"));
     VeskBuddyContact const alice = contact(QStringLiteral("alice"));
 
-    VeskBuddyContact const notAContact(group);
-    QVERIFY(!notAContact.isValid());
+    QVERIFY(!VeskBuddyContact(group).isValid());
     QCOMPARE(Peek::refs(group), 1);
 
     VeskBuddy const asBase = alice;
-    QCOMPARE(asBase.getType(), VeskBuddy::Contact);
     VeskBuddyContact const back(asBase);
-    QVERIFY(back == alice);
-    QCOMPARE(back.getId(), QStringLiteral("alice"));
+    QVERIFY(back == alice && back.getId() == QStringLiteral("alice"));
     QCOMPARE(Peek::refs(alice), 3);
+    // The base's virtual functions answer for the kind.
+    QCOMPARE(static_cast<VeskBuddy const&>(back).getDisplay(), QStringLiteral("alice"));
 
     VeskBuddyGroup assigned;
     assigned = asBase; // through the checked conversion
-    QVERIFY(!assigned.isValid());
-    QVERIFY(!VeskBuddyMeta(alice).isValid());
-    QVERIFY(!VeskBuddyMerged(group).isValid());
-    QVERIFY(!VeskBuddyCustom(VeskBuddy()).isValid());
+    QVERIFY(!assigned.isValid() && !VeskBuddyMerged(group).isValid());
     QVERIFY(VeskBuddyGroup(VeskBuddy(group)) == group);
-
-    // The base's virtual functions answer for the kind.
-    VeskBuddy const* const entry = &back;
-    QCOMPARE(entry->getDisplay(), QStringLiteral("alice"));
 }
 
 void TestBuddy::lastHandleDestroysTheKindRecord()
@@ -225,9 +286,7 @@ void TestBuddy::lastHandleDestroysTheKindRecord()
 void TestBuddy::failedAllocationLeavesAnInvalidHandle()
 {
     allocationsBeforeFailure = 0; // the shared record
-    VeskBuddyGroup const noRecord(QStringLiteral("g"));
-    QVERIFY(!noRecord.isValid());
-    QCOMPARE(noRecord.childCount(), -1);
+    QVERIFY(!VeskBuddyGroup(QStringLiteral("g")).isValid());
 
     // The kind record fails after the shared one was made: that one is
     // dropped again (the leak checker of the sanitizer builds would see it).
@@ -243,19 +302,16 @@ void TestBuddy::failedAllocationLeavesAnInvalidHandle()
         case 5: entry = VeskBuddyTemporary(nullptr, QStringLiteral("t"), VeskPresence(), VeskBuddyGroup()); break;
         }
         QVERIFY2(!entry.isValid(), qPrintable(QString::number(kind)));
-        QCOMPARE(entry.getType(), VeskBuddy::Invalid);
     }
     QCOMPARE(allocationsBeforeFailure, -1);
 
     allocationsBeforeFailure = 0;
-    VeskBuddyType const noKind(QStringLiteral("x"), QStringLiteral("X"));
-    QVERIFY(!noKind.isValid());
+    QVERIFY(!VeskBuddyType(QStringLiteral("x"), QStringLiteral("X")).isValid());
 
     VeskBuddyGroup group(QStringLiteral("g"));
     allocationsBeforeFailure = 1;
     QVERIFY(!group.addMeta(QStringLiteral("m")).isValid());
-    QCOMPARE(group.childCount(), 0);
-    QVERIFY(!group.containsMeta(QStringLiteral("m")));
+    QVERIFY(group.childCount() == 0 && !group.containsMeta(QStringLiteral("m")));
 }
 
 void TestBuddy::contactAccessors()
@@ -272,13 +328,9 @@ void TestBuddy::contactAccessors()
     VeskBuddyContact const unnamed(&account, QStringLiteral("bob@x"), QString(), kind,
                                    VeskPresence(&online, QStringLiteral("hi")), none);
     QCOMPARE(unnamed.getDisplay(), QStringLiteral("bob@x"));
-    QCOMPARE(unnamed.getAccount(), &account);
     QCOMPARE(unnamed.getTypeId(), QStringLiteral("xmpp"));
-    QCOMPARE(unnamed.getPresence().getDescription(), QStringLiteral("hi"));
     QCOMPARE(unnamed.getPresenceIcon(), QStringLiteral("online.png"));
     QCOMPARE(unnamed.getSubscription().getId(), QStringLiteral("none"));
-    QCOMPARE(unnamed.getAvailableExtraInfo().size(), 1);
-    QVERIFY(unnamed.getExtraInfo().isEmpty());
 
     VeskBuddyContact const named(&account, QStringLiteral("eve@x"), QStringLiteral("Eve"), kind,
                                  VeskPresence(), pending);
@@ -292,14 +344,11 @@ void TestBuddy::contactAccessors()
     QCOMPARE(alias.getAvatarPath(), QStringLiteral("server.png"));
     named.data()->localAvatarPath = QStringLiteral("local.png");
     QCOMPARE(alias.getAvatarPath(), QStringLiteral("local.png"));
-    QCOMPARE(alias.getServerAvatarPath(), QStringLiteral("server.png"));
-    QCOMPARE(alias.getLocalAvatarPath(), QStringLiteral("local.png"));
 
     VeskBuddyContact setter(alias);
     setter.setAttribs({{QStringLiteral("note"), VeskArg("met at work")}});
     QCOMPARE(named.getAttrib(QStringLiteral("note")).toString(), QStringLiteral("met at work"));
     QCOMPARE(named.getAttrib(QStringLiteral("other")).getType(), VeskArg::None);
-    QCOMPARE(named.getAttribs().size(), 1);
 
     QList<VeskField> values = named.getAvailableExtraInfo();
     values[0].setText(QStringLiteral("Oslo"));
@@ -322,10 +371,7 @@ void TestBuddy::activeResource()
     resources << VeskBuddyResource(&phone, VeskPresence(&three, QString()))
               << VeskBuddyResource(&desk, VeskPresence(&seven, QStringLiteral("first")))
               << VeskBuddyResource(&laptop, VeskPresence(&seven, QStringLiteral("second")));
-    VeskBuddyResource const active = person.getActiveResource();
-    QCOMPARE(active.getName(), QStringLiteral("desk"));
-    QCOMPARE(active.getPresence().getDescription(), QStringLiteral("first"));
-    QCOMPARE(person.getResources().size(), 3);
+    QCOMPARE(person.getActiveResource().getPresence().getDescription(), QStringLiteral("first"));
 
     // Priorities are compared as signed numbers: the largest unsigned one is -1.
     resources.prepend(VeskBuddyResource(&laptop, VeskPresence(&huge, QString())));
@@ -333,10 +379,6 @@ void TestBuddy::activeResource()
 
     resources = {VeskBuddyResource(nullptr, VeskPresence(&seven, QString())), VeskBuddyResource()};
     QVERIFY(!person.getActiveResource().isValid());
-
-    resources = {VeskBuddyResource(nullptr, VeskPresence(&seven, QString())),
-                 VeskBuddyResource(&phone, VeskPresence())};
-    QCOMPARE(person.getActiveResource().getName(), QStringLiteral("phone"));
 }
 
 void TestBuddy::mergedEntriesSpeakThroughTheirFirstContact()
@@ -347,21 +389,16 @@ void TestBuddy::mergedEntriesSpeakThroughTheirFirstContact()
     VeskBuddyContact const first = contact(QStringLiteral("ann@home"), QStringLiteral("Ann"), &home);
     VeskBuddyContact const second = contact(QStringLiteral("ann@work"), QString(), &work);
     VeskBuddyContact const third = contact(QStringLiteral("ann2@home"), QString(), &home);
-    VeskBuddyContact const stranger = contact(QStringLiteral("x"), QString(), &home);
 
     VeskBuddyMerged const merged(QString(), {first, second, third});
-    QVERIFY(merged.isValid());
-    QCOMPARE(merged.getType(), VeskBuddy::Merged);
     QCOMPARE(merged.VeskBuddy::getDisplay(), QStringLiteral("ann@home")); // the record's name
     QCOMPARE(merged.getDisplay(), QStringLiteral("Ann"));
     QCOMPARE(merged.getId(), QStringLiteral("ann@home"));
-    QCOMPARE(merged.getAccounts(),
-             (QList<VeskAccountConnection*>{&home, &work, &home}));
+    QCOMPARE(merged.getAccounts(), (QList<VeskAccountConnection*>{&home, &work, &home}));
     QVERIFY(merged.getContactForAccount(&work) == second);
     QVERIFY(merged.getContactForAccount(&home) == first);
     QVERIFY(!merged.getContactForAccount(nullptr).isValid());
-    QVERIFY(merged.containsContact(third));
-    QVERIFY(!merged.containsContact(stranger));
+    QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
 
     first.data()->presence = VeskPresence(&online, QStringLiteral("now"));
     first.data()->localAvatarPath = QStringLiteral("ann.png");
@@ -373,12 +410,7 @@ void TestBuddy::mergedEntriesSpeakThroughTheirFirstContact()
     QCOMPARE(named.getDisplay(), QStringLiteral("ann@work"));
 
     VeskBuddyMerged const empty(QString(), {});
-    QVERIFY(empty.isValid());
-    QVERIFY(empty.getDisplay().isNull());
-    QVERIFY(empty.getId().isNull());
-    QVERIFY(!empty.getPresence().isValid());
-    QVERIFY(empty.getResources().isEmpty());
-    QVERIFY(empty.getAccounts().isEmpty());
+    QVERIFY(empty.isValid() && empty.getDisplay().isNull() && !empty.getPresence().isValid());
 }
 
 void TestBuddy::customAndTemporaryEntries()
@@ -387,36 +419,28 @@ void TestBuddy::customAndTemporaryEntries()
     VeskBuddyCustom const feed(QStringLiteral("News"), QStringLiteral("feed"), QStringLiteral("rss"),
                                attribs, QStringLiteral("Daily news"), QStringLiteral("feed.png"),
                                QStringLiteral("avatar.png"));
+    // The attribute table comes fourth, between the owner id and the description.
     QCOMPARE(feed.getDisplay(), QStringLiteral("News"));
     QCOMPARE(feed.getSubType(), QStringLiteral("feed"));
     QCOMPARE(feed.getOwnerId(), QStringLiteral("rss"));
+    QCOMPARE(feed.getAttribs(), attribs);
     QCOMPARE(feed.getDescription(), QStringLiteral("Daily news"));
     QCOMPARE(feed.getPresenceIconPath(), QStringLiteral("feed.png"));
     QCOMPARE(feed.getAvatarPath(), QStringLiteral("avatar.png"));
-    QCOMPARE(feed.getAttribs(), attribs);
     VeskBuddyCustom(VeskBuddy(feed)).setAttribs({});
     QVERIFY(feed.getAttribs().isEmpty());
 
-    VeskAccountConnection account;
-    VeskPresenceType away = presenceType(2);
     VeskBuddyGroup const group(QStringLiteral("Not in list"));
-    VeskBuddyTemporary const visitor(&account, QStringLiteral("guest@x"),
-                                     VeskPresence(&away, QString()), group);
+    VeskBuddyTemporary const visitor(nullptr, QStringLiteral("guest@x"), VeskPresence(), group);
     QCOMPARE(visitor.getDisplay(), QStringLiteral("guest@x"));
-    QCOMPARE(visitor.getId(), QStringLiteral("guest@x"));
-    QCOMPARE(visitor.getAccount(), &account);
-    QCOMPARE(visitor.getPresence().getPriority(), 2u);
     QVERIFY(visitor.getGroup() == group);
     QCOMPARE(group.childCount(), 0);
-    visitor.data()->resources.append(VeskBuddyResource());
-    QCOMPARE(VeskBuddyTemporary(VeskBuddy(visitor)).getResources().size(), 1);
 }
 
 void TestBuddy::debugTexts()
 {
     QCOMPARE(textOf(VeskBuddy::Type(9)), QStringLiteral("VeskBuddy:: "));
     QCOMPARE(textOf(VeskBuddy::Temporary), QStringLiteral("VeskBuddy::Temporary "));
-    QCOMPARE(textOf(VeskBuddy::Invalid), QStringLiteral("VeskBuddy::Invalid "));
     QCOMPARE(textOf(VeskBuddy()), QStringLiteral("VeskBuddy( Invalid ) "));
 
     VeskBuddyContact const alice(nullptr, QStringLiteral("alice@x"), QStringLiteral("Al\"ice"),
@@ -425,8 +449,6 @@ void TestBuddy::debugTexts()
         "VeskBuddyContact(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) ");
     QCOMPARE(textOf(alice), aliceText);
     QCOMPARE(textOf(VeskBuddy(alice)), aliceText + QLatin1Char(' '));
-    QCOMPARE(textOf(VeskBuddyContact()),
-             QStringLiteral("VeskBuddyContact(\n\tvalid   :false\n\tdisplay :\"\"\n\tid      :\"\"\n) "));
 
     QCOMPARE(textOf(VeskBuddyMerged(QStringLiteral("m"), {alice})),
              QStringLiteral("VeskBuddyMerged(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) "));
