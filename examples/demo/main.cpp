@@ -3,6 +3,7 @@
 
 #include "dispatcher.h"
 #include "fields.h"
+#include "roster.h"
 #include "sampleplugin.h"
 #include "say.h"
 
@@ -75,6 +76,7 @@ int main(int argc, char** argv)
     QThread::currentThread()->setObjectName(QStringLiteral("main"));
 
     showArgumentValues();
+    showContactList();
 
     say(QStringLiteral("== Plugin actions"));
     Dispatcher dispatcher;

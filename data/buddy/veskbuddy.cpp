@@ -1,0 +1,169 @@
+#include "veskbuddy.h"
+#include "veskbuddy_p.h"
+#include "veskbuddycontact.h"
+#include "veskbuddygroup.h"
+
+#include "veskdebug_p.h"
+
+#include <new>
+
+QMutex& vesk_buddy_link_mutex()
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+VeskBuddyPrivate::VeskBuddyPrivate(QString const& name, VeskBuddy::Type type)
+    : ref(1), name(name), type(type), unreadMessages(0), kindData(nullptr)
+{
+}
+
+VeskBuddyPrivate::~VeskBuddyPrivate()
+{
+    if (!kindData)
+        return;
+    switch (type) {
+    case VeskBuddy::Group: delete static_cast<VeskBuddyGroupPrivate*>(kindData); break;
+    case VeskBuddy::Meta: delete static_cast<VeskBuddyMetaPrivate*>(kindData); break;
+    case VeskBuddy::Contact: delete static_cast<VeskBuddyContactPrivate*>(kindData); break;
+    case VeskBuddy::Merged: delete static_cast<VeskBuddyMergedPrivate*>(kindData); break;
+    case VeskBuddy::Temporary: delete static_cast<VeskBuddyTemporaryPrivate*>(kindData); break;
+    case VeskBuddy::Custom: delete static_cast<VeskBuddyCustomPrivate*>(kindData); break;
+    case VeskBuddy::Invalid: break;
+    }
+}
+
+VeskBuddy::VeskBuddy()
+    : d(nullptr)
+{
+}
+
+VeskBuddy::VeskBuddy(QString const& name, Type type)
+    : d(new (std::nothrow) VeskBuddyPrivate(name, type))
+{
+}
+
+VeskBuddy::VeskBuddy(VeskBuddy const& other)
+    : d(other.d)
+{
+    if (d)
+        d->ref.ref();
+}
+
+VeskBuddy::VeskBuddy(VeskBuddy const& other, Type wanted)
+    : d(other.d && other.d->type == wanted ? other.d : nullptr)
+{
+    if (d)
+        d->ref.ref();
+}
+
+VeskBuddy& VeskBuddy::operator=(VeskBuddy const& other)
+{
+    if (d == other.d)
+        return *this;
+    if (other.d)
+        other.d->ref.ref();
+    tAtomicDetach(d);
+    d = other.d;
+    return *this;
+}
+
+VeskBuddy::~VeskBuddy()
+{
+    tAtomicDetach(d);
+}
+
+void VeskBuddy::attachKindData(void* kindData)
+{
+    if (!d)
+        return;
+    if (kindData) {
+        d->kindData = kindData;
+    } else {
+        tAtomicDetach(d);
+        d = nullptr;
+    }
+}
+
+void* VeskBuddy::kindData() const
+{
+    return d ? d->kindData : nullptr;
+}
+
+bool VeskBuddy::isValid() const
+{
+    return d != nullptr;
+}
+
+QString VeskBuddy::getDisplay() const
+{
+    return d ? d->name : QString();
+}
+
+VeskBuddy::Type VeskBuddy::getType() const
+{
+    return d ? d->type : Invalid;
+}
+
+int VeskBuddy::unreadMessages() const
+{
+    return d ? d->unreadMessages : 0;
+}
+
+void VeskBuddy::setUnreadMessages(int count)
+{
+    if (d)
+        d->unreadMessages = count;
+}
+
+bool VeskBuddy::operator==(VeskBuddy const& other) const
+{
+    return d == other.d;
+}
+
+bool VeskBuddy::operator!=(VeskBuddy const& other) const
+{
+    return d != other.d;
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+uint qHash(VeskBuddy const& buddy, uint seed)
+{
+    quint64 const address = reinterpret_cast<quintptr>(buddy.d);
+    return uint(address ^ (address >> 32)) ^ seed;
+}
+#else
+size_t qHash(VeskBuddy const& buddy, size_t seed)
+{
+    quint64 const address = reinterpret_cast<quintptr>(buddy.d);
+    if constexpr (sizeof(size_t) < sizeof(quint64))
+        return size_t(address ^ (address >> 32)) ^ seed;
+    else
+        return size_t(address) ^ seed;
+}
+#endif
+
+QDebug operator<<(QDebug dbg, VeskBuddy::Type type)
+{
+    static char const* const names[] = {"Invalid", "Group", "Meta", "Contact",
+                                        "Merged", "Temporary", "Custom"};
+    dbg.nospace() << "VeskBuddy::";
+    quint32 const number = static_cast<quint32>(type);
+    if (number < sizeof(names) / sizeof(names[0]))
+        dbg << names[number];
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, VeskBuddy const& buddy)
+{
+    switch (buddy.getType()) {
+    case VeskBuddy::Invalid: dbg.nospace() << "VeskBuddy( Invalid )"; break;
+    case VeskBuddy::Group: dbg.nospace() << VeskBuddyGroup(buddy); break;
+    case VeskBuddy::Meta: dbg.nospace() << VeskBuddyMeta(buddy); break;
+    case VeskBuddy::Contact: dbg.nospace() << VeskBuddyContact(buddy); break;
+    case VeskBuddy::Merged: dbg.nospace() << VeskBuddyMerged(buddy); break;
+    case VeskBuddy::Temporary: dbg.nospace() << VeskBuddyTemporary(buddy); break;
+    case VeskBuddy::Custom: dbg.nospace() << VeskBuddyCustom(buddy); break;
+    }
+    return dbg.space();
+}
