@@ -322,6 +322,24 @@ void TestArg::recordTypes()
     QCOMPARE(thrownText([&] { VeskArg(QList<VeskField>{box}).toField(); }),
              conversionText("FieldList", "Field"));
 
+    // Entries are compared by identity, and a value sees later changes.
+    VeskBuddyGroup const group(QStringLiteral("Friends"));
+    VeskArg const groupValue(group);
+    QVERIFY(groupValue == VeskArg(VeskBuddyGroup(group)));
+    QVERIFY(groupValue != VeskArg(VeskBuddyGroup(QStringLiteral("Friends"))));
+    VeskBuddyGroup(group).setUnreadMessages(4);
+    QCOMPARE(groupValue.toBuddy().unreadMessages(), 4);
+    QCOMPARE(thrownText([] { VeskArg(VeskPresence()).toBuddy(); }), conversionText("Presence", "Buddy"));
+
+    VeskPresenceType online;
+    VeskPresenceType away;
+    QVERIFY(VeskArg(VeskPresence(&online, QStringLiteral("here"))) == VeskArg(VeskPresence(&online, QStringLiteral("here"))));
+    QVERIFY(VeskArg(VeskPresence(&online, QStringLiteral("here"))) != VeskArg(VeskPresence(&away, QStringLiteral("here"))));
+    VeskBuddyResourceType phone(QStringLiteral("phone"), QString());
+    VeskBuddyResource const resource(&phone, VeskPresence(&online, QString()));
+    QVERIFY(VeskArg(resource) == VeskArg(VeskBuddyResource(&phone, VeskPresence(&away, QString()))));
+    QCOMPARE(VeskArg(resource).toBuddyResource().getName(), QStringLiteral("phone"));
+
     VeskXmlNode const node(QStringLiteral("field"));
     QVERIFY(VeskArg(node) == VeskArg(node));
     QVERIFY(VeskArg(node) != VeskArg(VeskXmlNode(QStringLiteral("field"))));
@@ -373,6 +391,15 @@ void TestArg::debugTexts()
              QStringLiteral("VeskArg(FieldList: %1) ").arg(debugText(QList<VeskField>{label})));
     VeskXmlNode const node(QStringLiteral("n"));
     QCOMPARE(debugText(VeskArg(node)), QStringLiteral("VeskArg(XmlNode: VeskXmlNode(<n/>)) "));
+
+    VeskBuddyGroup const group(QStringLiteral("Work"));
+    QCOMPARE(debugText(VeskArg(group)), QStringLiteral("VeskArg(Buddy: %1) ").arg(debugText(VeskBuddy(group))));
+    VeskPresenceType online;
+    VeskPresence const presence(&online, QStringLiteral("at lunch"));
+    QCOMPARE(debugText(VeskArg(presence)), QStringLiteral("VeskArg(Presence: %1) ").arg(debugText(presence)));
+    VeskBuddyResourceType phone(QStringLiteral("phone"), QStringLiteral("phone.png"));
+    QCOMPARE(debugText(VeskArg(VeskBuddyResource(&phone, presence))),
+             QStringLiteral("VeskArg(BuddyResource:\"phone\") "));
 
     QCOMPARE(debugText(VeskArg::Int), QStringLiteral("VeskArg::Int "));
     QCOMPARE(debugText(VeskArg::VideoClip), QStringLiteral("VeskArg::VideClip "));

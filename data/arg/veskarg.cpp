@@ -51,6 +51,12 @@ VeskArg::VeskArg(QList<VeskArg> const& value) { construct<ListData<VeskArg>>(Arg
 VeskArg::VeskArg(VeskField const& value) { construct<Data<VeskField>>(Field, value); }
 VeskArg::VeskArg(QList<VeskField> const& value) { construct<ListData<VeskField>>(FieldList, value); }
 VeskArg::VeskArg(VeskXmlNode const& value) { construct<Data<VeskXmlNode>>(XmlNode, value); }
+VeskArg::VeskArg(VeskBuddy const& value) { construct<Data<VeskBuddy>>(Buddy, value); }
+VeskArg::VeskArg(VeskBuddyResource const& value)
+{
+    construct<Data<VeskBuddyResource>>(BuddyResource, value);
+}
+VeskArg::VeskArg(VeskPresence const& value) { construct<Data<VeskPresence>>(Presence, value); }
 VeskArg::VeskArg(VeskVideoClip const& value) { construct<Data<VeskVideoClip>>(VideoClip, value); }
 VeskArg::VeskArg(VeskService const& value) { construct<Data<VeskService>>(Service, value); }
 VeskArg::VeskArg(QList<VeskService> const& value) { construct<ListData<VeskService>>(ServiceList, value); }
@@ -138,6 +144,12 @@ QList<VeskArg> VeskArg::toArgList() const { return holder<ListData<VeskArg>>(Arg
 VeskField VeskArg::toField() const { return holder<Data<VeskField>>(Field).load(); }
 QList<VeskField> VeskArg::toFieldList() const { return holder<ListData<VeskField>>(FieldList).load(); }
 VeskXmlNode VeskArg::toXmlNode() const { return holder<Data<VeskXmlNode>>(XmlNode).load(); }
+VeskBuddy VeskArg::toBuddy() const { return holder<Data<VeskBuddy>>(Buddy).load(); }
+VeskBuddyResource VeskArg::toBuddyResource() const
+{
+    return holder<Data<VeskBuddyResource>>(BuddyResource).load();
+}
+VeskPresence VeskArg::toPresence() const { return holder<Data<VeskPresence>>(Presence).load(); }
 VeskVideoClip VeskArg::toVideoClip() const { return holder<Data<VeskVideoClip>>(VideoClip).load(); }
 VeskService VeskArg::toService() const { return holder<Data<VeskService>>(Service).load(); }
 QList<VeskService> VeskArg::toServiceList() const
@@ -202,6 +214,11 @@ void writeContents(QDebug& dbg, VeskArg const& arg)
     case VeskArg::Field: dbg << "Field: " << arg.toField(); break;
     case VeskArg::FieldList: dbg << "FieldList: " << arg.toFieldList(); break;
     case VeskArg::XmlNode: dbg << "XmlNode: " << arg.toXmlNode(); break;
+    case VeskArg::Buddy: dbg << "Buddy: " << arg.toBuddy(); break;
+    case VeskArg::BuddyResource:
+        VeskDebug::quoted(dbg << "BuddyResource:", arg.toBuddyResource().getName());
+        break;
+    case VeskArg::Presence: dbg << "Presence: " << arg.toPresence(); break;
     case VeskArg::Account: VeskDebug::pointer(dbg << "Account: ", arg.toAccount()); break;
     case VeskArg::PluginAction:
         dbg << "PluginAction: argument count: " << int(arg.toPluginAction().getActionData().size());

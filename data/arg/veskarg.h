@@ -10,10 +10,13 @@
 
 class QDebug;
 class VeskAccountConnection;
+class VeskBuddy;
+class VeskBuddyResource;
 class VeskField;
 class VeskGuiEventsReceiver;
 class VeskPlugin;
 class VeskPluginAction;
+class VeskPresence;
 class VeskService;
 class VeskTextFormat;
 class VeskVideoClip;
@@ -87,6 +90,9 @@ public:
     VeskArg(VeskField const& value);
     VeskArg(QList<VeskField> const& value);
     VeskArg(VeskXmlNode const& value);
+    VeskArg(VeskBuddy const& value);
+    VeskArg(VeskBuddyResource const& value);
+    VeskArg(VeskPresence const& value);
     VeskArg(VeskVideoClip const& value);
     VeskArg(VeskService const& value);
     VeskArg(QList<VeskService> const& value);
@@ -127,6 +133,9 @@ public:
     VeskField toField() const;
     QList<VeskField> toFieldList() const;
     VeskXmlNode toXmlNode() const;
+    VeskBuddy toBuddy() const;
+    VeskBuddyResource toBuddyResource() const;
+    VeskPresence toPresence() const;
     VeskVideoClip toVideoClip() const;
     VeskService toService() const;
     QList<VeskService> toServiceList() const;

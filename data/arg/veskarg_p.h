@@ -6,7 +6,10 @@
 
 #include "veskarg.h"
 #include "veskpluginaction.h"
+#include "veskbuddy.h"
+#include "veskbuddytype.h"
 #include "veskfield.h"
+#include "veskpresence.h"
 #include "veskservice.h"
 
 #include <veskxmlnode.h>
@@ -134,6 +137,9 @@ decltype(auto) visit(VeskArg::Type type, F&& f)
     case VeskArg::Field: return f(HolderKind<VeskArgDataPrivate<VeskField>>());
     case VeskArg::FieldList: return f(HolderKind<VeskArgListDataPrivate<VeskField>>());
     case VeskArg::XmlNode: return f(HolderKind<VeskArgDataPrivate<VeskXmlNode>>());
+    case VeskArg::Buddy: return f(HolderKind<VeskArgDataPrivate<VeskBuddy>>());
+    case VeskArg::BuddyResource: return f(HolderKind<VeskArgDataPrivate<VeskBuddyResource>>());
+    case VeskArg::Presence: return f(HolderKind<VeskArgDataPrivate<VeskPresence>>());
     case VeskArg::VideoClip: return f(HolderKind<VeskArgDataPrivate<VeskVideoClip>>());
     case VeskArg::Service: return f(HolderKind<VeskArgDataPrivate<VeskService>>());
     case VeskArg::ServiceList: return f(HolderKind<VeskArgListDataPrivate<VeskService>>());
