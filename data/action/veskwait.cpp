@@ -1,4 +1,5 @@
 #include "veskwait.h"
+#include "vesksync_p.h"
 
 #include <veskwaitevent.h>
 
@@ -23,7 +24,7 @@ bool VeskWait::wait(unsigned long timeout)
     QMutexLocker locker(&mutex);
     // The loop absorbs spurious wake-ups of the condition.
     while (!woken) {
-        if (!condition.wait(&mutex, deadline))
+        if (!VeskSync::wait(condition, mutex, deadline))
             break;
     }
     return woken;
@@ -65,6 +66,13 @@ VeskArg VeskWait::sendMessage(VeskWaitEvent* event, QObject* receiver)
     }
 
     if (receiver->thread() != QThread::currentThread()) {
+        {
+            // The receiver's wakeUp() takes this lock after this point, so
+            // what this thread did to the event comes before the receiver's
+            // queue deletes it. The queue's own lock orders that too, but
+            // inside QtCore, where race detectors do not look.
+            QMutexLocker const locker(&waitObject->mutex);
+        }
         QCoreApplication::postEvent(receiver, event);
         waitObject->wait(Forever);
     } else {

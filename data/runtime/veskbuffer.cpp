@@ -1,4 +1,5 @@
 #include "veskbuffer.h"
+#include "vesksync_p.h"
 
 #include <QtCore/QAtomicInt>
 #include <QtCore/QMutex>
@@ -157,7 +158,7 @@ void VeskBuffer::waitForRelease()
     // between the test and the sleep.
     quint32 const seen = releases;
     while (releases == seen)
-        condition->wait(mutex);
+        VeskSync::wait(*condition, *mutex);
 }
 
 VeskRingBuffer::VeskRingBuffer()
