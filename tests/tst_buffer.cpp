@@ -1,3 +1,5 @@
+#include "threads.h"
+
 #include <VeskData>
 
 #include <QtTest/QtTest>
@@ -12,25 +14,20 @@ namespace {
 class LateRelease
 {
 public:
-    LateRelease(VeskBuffer* buffer, int pauseMs = 50)
-        : thread(QThread::create([this, buffer, pauseMs] {
-            QThread::msleep(pauseMs);
+    explicit LateRelease(VeskBuffer* buffer)
+        : thread([this, buffer] {
+            QThread::msleep(50);
             released = true;
             buffer->release();
-        }))
+        })
     {
-        thread->start();
     }
-    ~LateRelease()
-    {
-        thread->wait();
-        delete thread;
-    }
+    ~LateRelease() { thread.join(); }
 
     std::atomic<bool> released{false};
 
 private:
-    QThread* thread;
+    std::thread thread;
 };
 
 QList<int> ids(QList<VeskBuffer*> const& buffers)

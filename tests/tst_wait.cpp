@@ -1,3 +1,5 @@
+#include "threads.h"
+
 #include <VeskData>
 
 #include <QtTest/QtTest>
@@ -25,9 +27,11 @@ class Answerer : public QObject
 public:
     std::atomic<int> handled{0};
     QThread* handledIn = nullptr;
+    PostGate gate;
 
     bool event(QEvent* e) override
     {
+        gate.pass();
         if (e->type() != VeskWaitEvent::DefaultType)
             return QObject::event(e);
         auto* const question = static_cast<Question*>(e);
@@ -71,16 +75,14 @@ void TestWait::wakeUpIsNeverLost()
 
     VeskWait late;
     std::atomic<bool> woke{false};
-    QThread* const waker = QThread::create([&] {
+    std::thread waker([&] {
         QThread::msleep(50);
         woke = true;
         late.wakeUp();
     });
-    waker->start();
     QVERIFY(late.wait(VeskWait::Forever));
     QVERIFY(woke);
-    QVERIFY(waker->wait(10000));
-    delete waker;
+    waker.join();
 }
 
 void TestWait::returnValues()
@@ -126,7 +128,9 @@ void TestWait::sendMessageToAnotherThread()
     thread.start();
 
     for (int i = 0; i < 20; ++i) {
-        VeskArg const answer = VeskWait::sendMessage(new Question(i, 3), answerer);
+        auto* const question = new Question(i, 3);
+        answerer->gate.pass();
+        VeskArg const answer = VeskWait::sendMessage(question, answerer);
         QCOMPARE(answer.toInt(), i * 10);
         // The sender only comes back once the receiver has handled the event.
         QCOMPARE(answerer->handled.load(), i + 1);
