@@ -36,7 +36,9 @@ test-tsan: deps
 bench: deps-bench
 	cmake --preset bench
 	cmake --build --preset bench -j $(JOBS)
-	@for b in build/bench/bench/vesk-bench-*; do [ -x "$$b" ] && "$$b" || exit 1; done
+	@for b in build/bench/bench/vesk-bench-*; do \
+	    if [ -f "$$b" ] && [ -x "$$b" ]; then "$$b" || exit 1; fi; \
+	done
 
 deps:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
