@@ -2,6 +2,7 @@
 // the data library does from end to end. It ends by itself.
 
 #include "dispatcher.h"
+#include "runtime.h"
 #include "sampleplugin.h"
 #include "say.h"
 
@@ -85,7 +86,7 @@ int main(int argc, char** argv)
     // Queued behind the calls the worker posted, so every call runs first.
     QObject::connect(worker, &QThread::finished, &app, [&] {
         say(QStringLiteral("== Done: the dispatcher delivered %1 calls").arg(dispatcher.delivered()));
-        QCoreApplication::quit();
+        showRuntimeHelpers(&QCoreApplication::quit);
     }, Qt::QueuedConnection);
     worker->start();
 

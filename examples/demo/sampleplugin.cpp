@@ -17,3 +17,16 @@ void SamplePlugin::sum(QList<VeskArg>& args)
     say(QStringLiteral("  plugin: sum of %1 values is %2 (in the %3 thread)")
             .arg(args.size()).arg(total).arg(threadName()));
 }
+
+bool SampleAnswerer::event(QEvent* e)
+{
+    if (e->type() != VeskWaitEvent::DefaultType)
+        return QObject::event(e);
+    auto* const question = static_cast<SampleQuestion*>(e);
+    say(QStringLiteral("  plugin: asked \"%1\" in the %2 thread").arg(question->text, threadName()));
+    question->waitObject->setRetValue(VeskArg(QStringLiteral("the sample plugin, answering from the %1 thread")
+                                                  .arg(threadName())));
+    // The host may free the wait object from here on.
+    question->waitObject->wakeUp();
+    return true;
+}
