@@ -1,8 +1,10 @@
 // Concurrent paths driven hard from several threads at once. They check their
 // results in every build; the ThreadSanitizer build (make test-tsan) also
 // fails them on any data race.
-
-#include "threads.h"
+//
+// Worker threads are std::threads, whose start and join the sanitizer sees.
+// QtCore is normally built without it, so the ordering its own locks give
+// (a QThread's end before wait() returns, the posted-event queue) is hidden.
 
 #include <VeskData>
 
@@ -11,20 +13,32 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <thread>
+#include <vector>
 
 namespace {
 
-// A blocking hand-over queue between threads. Made of standard locks, which
-// ThreadSanitizer follows without help.
+// Runs body(0) .. body(count - 1), each in a thread of its own.
+void runThreads(int count, std::function<void(int)> const& body)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back(body, i);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+// A blocking queue between threads.
 template<typename T>
 class Channel
 {
 public:
     void push(T const& value)
     {
-        std::lock_guard<std::mutex> locker(mutex);
+        std::lock_guard<std::mutex> const locker(mutex);
         queue.enqueue(value);
         condition.notify_one();
     }
@@ -41,21 +55,28 @@ private:
     QQueue<T> queue;
 };
 
+// Answers with the first value of the wait object doubled. Passing the gate
+// shows the sanitizer the order that the posted-event queue gives: the
+// sender passes it after making the event, the receiver before reading it.
 struct Doubler : QObject
 {
     std::atomic<int> handled{0};
-    PostGate gate;
+    std::atomic<int> wrongThread{0};
+    std::mutex gate;
+
+    void passGate() { std::lock_guard<std::mutex> const locker(gate); }
 
     bool event(QEvent* e) override
     {
-        gate.pass();
+        passGate();
         if (e->type() != VeskWaitEvent::DefaultType)
             return QObject::event(e);
-        auto* const request = static_cast<VeskWaitEvent*>(e);
-        QList<VeskArg> const question = request->waitObject->getRetValue();
-        request->waitObject->setRetValue(VeskArg(question.value(0).toInt() * 2));
+        if (QThread::currentThread() != thread())
+            ++wrongThread;
+        VeskWait* const wait = static_cast<VeskWaitEvent*>(e)->waitObject;
+        wait->setRetValue(VeskArg(wait->getRetValue().value(0).toInt() * 2));
         ++handled;
-        request->waitObject->wakeUp();
+        wait->wakeUp();
         return true;
     }
 };
@@ -66,11 +87,11 @@ struct Frame
     int number;
 };
 
-// A ring that notes how many of its buffers were in use when it was deleted.
+// Notes how many of its buffers were in use when it was deleted.
 struct WatchedRing : VeskRingBuffer
 {
-    WatchedRing(int count, int size, std::atomic<int>* usedAtDeletion)
-        : VeskRingBuffer(count, size)
+    WatchedRing(std::atomic<int>* usedAtDeletion)
+        : VeskRingBuffer(3, 256)
         , usedAtDeletion(usedAtDeletion)
     {
     }
@@ -85,17 +106,17 @@ class TestStress : public QObject
     Q_OBJECT
 
 private slots:
-    void waitRoundTripsFromSeveralThreads();
+    void waitRoundTrips();
     void ringProducerAndConsumers();
-    void collectorPollsARingThatConsumersRelease();
+    void collectorPollsRingsThatConsumersRelease();
     void argumentValuesSharedBetweenThreads();
     void bufferIdsFromSeveralThreads();
 };
 
-void TestStress::waitRoundTripsFromSeveralThreads()
+void TestStress::waitRoundTrips()
 {
-    // Each sender has a receiver thread of its own: several senders posting
-    // to one receiver would mostly exercise QtCore's event queue.
+    // Pairs of threads: several senders posting to one receiver would mostly
+    // exercise QtCore's event queue.
     constexpr int pairs = 3;
     constexpr int trips = 300;
     QThread receiverThreads[pairs];
@@ -112,15 +133,15 @@ void TestStress::waitRoundTripsFromSeveralThreads()
             auto* const wait = new VeskWait;
             wait->setRetValue(VeskArg(question));
             auto* const event = new VeskWaitEvent(wait);
-            doublers[sender].gate.pass();
+            doublers[sender].passGate();
             if (VeskWait::sendMessage(event, &doublers[sender]).toInt() != question * 2)
                 ++wrong;
         }
     });
     QCOMPARE(wrong.load(), 0);
-
     for (int i = 0; i < pairs; ++i) {
         QCOMPARE(doublers[i].handled.load(), trips);
+        QCOMPARE(doublers[i].wrongThread.load(), 0);
         receiverThreads[i].quit();
         QVERIFY(receiverThreads[i].wait(10000));
     }
@@ -138,8 +159,7 @@ void TestStress::ringProducerAndConsumers()
 
     runThreads(consumers + 1, [&](int role) {
         if (role == 0) {
-            // The producer: fills each buffer with its frame number. Handing out
-            // a buffer that a consumer still reads would show as damage.
+            // Refilling a buffer that a consumer still reads shows as damage.
             for (int number = 0; number < frames; ++number) {
                 VeskBuffer* const buffer = ring.getBuffer();
                 std::memset(buffer->getData(), number & 0xff, size);
@@ -157,8 +177,6 @@ void TestStress::ringProducerAndConsumers()
                     break;
                 }
             }
-            if (frame.number % 5 == role)
-                QThread::yieldCurrentThread();
             ++consumed;
             frame.buffer->release();
         }
@@ -168,20 +186,18 @@ void TestStress::ringProducerAndConsumers()
     QVERIFY(ring.isUnused());
 }
 
-void TestStress::collectorPollsARingThatConsumersRelease()
+void TestStress::collectorPollsRingsThatConsumersRelease()
 {
     // Made here, so that the collector ticks in this thread's event loop.
     VeskGarbageCollector* const collector = VeskGarbageCollector::getInstance();
-    QVERIFY(collector);
-
     constexpr int rings = 2;
     std::atomic<int> usedAtDeletion[rings] = {{-1}, {-1}};
     std::atomic<int> stillHeld{0};
-    std::vector<std::thread> threads;
+    std::vector<std::thread> producers;
     for (int r = 0; r < rings; ++r) {
-        threads.emplace_back([&, r] {
-            auto* const ring = new WatchedRing(3, 256, &usedAtDeletion[r]);
-            QList<VeskBuffer*> held{ring->getBuffer(), ring->getBuffer(), ring->getBuffer()};
+        producers.emplace_back([&, r] {
+            auto* const ring = new WatchedRing(&usedAtDeletion[r]);
+            QList<VeskBuffer*> const held{ring->getBuffer(), ring->getBuffer(), ring->getBuffer()};
             stillHeld += held.size();
             // The producer stops while its consumers still hold every buffer.
             collector->add(ring);
@@ -193,8 +209,8 @@ void TestStress::collectorPollsARingThatConsumersRelease()
         });
     }
     QTRY_VERIFY_WITH_TIMEOUT(usedAtDeletion[0] != -1 && usedAtDeletion[1] != -1, 8000);
-    for (std::thread& thread : threads)
-        thread.join();
+    for (std::thread& producer : producers)
+        producer.join();
     QCOMPARE(stillHeld.load(), 0);
     QCOMPARE(usedAtDeletion[0].load(), 0);
     QCOMPARE(usedAtDeletion[1].load(), 0);
@@ -217,14 +233,13 @@ void TestStress::argumentValuesSharedBetweenThreads()
             auto single = std::make_unique<VeskArg>(copy.at(i % copy.size()));
             if (nested.toArgList() != shared || *single != shared.at(i % shared.size()))
                 ++mismatches;
-            // Dropping copies in a different order from taking them.
+            // Dropped in another order than taken.
             copy.removeAt((i + thread) % copy.size());
             single.reset();
         }
     });
     QCOMPARE(mismatches.load(), 0);
     QCOMPARE(whole.toArgList(), shared);
-    QCOMPARE(shared.at(1).toString(), QStringLiteral("shared text"));
 }
 
 void TestStress::bufferIdsFromSeveralThreads()
@@ -232,10 +247,8 @@ void TestStress::bufferIdsFromSeveralThreads()
     constexpr int perThread = 2000;
     QVector<QVector<int>> ids(4);
     runThreads(4, [&](int thread) {
-        for (int i = 0; i < perThread; ++i) {
-            VeskBuffer const buffer;
-            ids[thread].append(buffer.getId());
-        }
+        for (int i = 0; i < perThread; ++i)
+            ids[thread].append(VeskBuffer().getId());
     });
     QSet<int> distinct;
     for (QVector<int> const& list : ids)

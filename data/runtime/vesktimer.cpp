@@ -39,8 +39,8 @@ void VeskTimerPrivate::startTimer(VeskTimerReceiver* receiver, int msec, QString
     this->name = name;
     if (!timer) {
         timer = new QTimer(this);
-        // Once per start, even if the receiver runs an event loop of its own
-        // for longer than the interval.
+        // The object goes after the first expiry anyway; single shot makes
+        // sure that no second expiry reaches the receiver before it has gone.
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, &VeskTimerPrivate::timeout);
     }
