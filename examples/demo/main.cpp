@@ -4,6 +4,7 @@
 #include "dispatcher.h"
 #include "fields.h"
 #include "roster.h"
+#include "runtime.h"
 #include "sampleplugin.h"
 #include "say.h"
 
@@ -89,7 +90,7 @@ int main(int argc, char** argv)
     // Queued behind the calls the worker posted, so every call runs first.
     QObject::connect(worker, &QThread::finished, &app, [&] {
         say(QStringLiteral("== Done: the dispatcher delivered %1 calls").arg(dispatcher.delivered()));
-        QCoreApplication::quit();
+        showRuntimeHelpers(&QCoreApplication::quit);
     }, Qt::QueuedConnection);
     worker->start();
 

@@ -23,3 +23,16 @@ void SamplePlugin::saveSettings(QList<VeskArg>& args)
     say(QStringLiteral("  plugin: saveSettings(%1) runs in the %2 thread")
             .arg(args.value(0).toString(), threadName()));
 }
+
+bool SampleAnswerer::event(QEvent* e)
+{
+    if (e->type() != VeskWaitEvent::DefaultType)
+        return QObject::event(e);
+    auto* const question = static_cast<SampleQuestion*>(e);
+    say(QStringLiteral("  plugin: asked \"%1\" in the %2 thread").arg(question->text, threadName()));
+    question->waitObject->setRetValue(VeskArg(QStringLiteral("the sample plugin, answering from the %1 thread")
+                                                  .arg(threadName())));
+    // The host may free the wait object from here on.
+    question->waitObject->wakeUp();
+    return true;
+}

@@ -16,4 +16,23 @@ public:
     void saveSettings(QList<VeskArg>& args);
 };
 
+// A question from the host to the plugin's thread; the answer comes back
+// through the event's wait object.
+struct SampleQuestion : VeskWaitEvent
+{
+    explicit SampleQuestion(QString text)
+        : VeskWaitEvent(new VeskWait)
+        , text(std::move(text))
+    {
+    }
+    QString text;
+};
+
+// Lives in the plugin's own thread and answers the host's questions there.
+class SampleAnswerer : public QObject
+{
+public:
+    bool event(QEvent* e) override;
+};
+
 #endif

@@ -1,0 +1,132 @@
+#include "veskgarbagecollector.h"
+#include "veskgarbagecollector_p.h"
+
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+
+#include <new>
+
+namespace {
+
+// Guards VeskGarbageCollector::instance and the link between a handle and
+// its private object, in both directions: the private object may end itself
+// in its own thread while another thread calls add(). Taken before the
+// private object's own mutex, never after it.
+QBasicMutex linkLock;
+
+} // namespace
+
+VeskGarbageCollector* VeskGarbageCollector::instance = nullptr;
+
+VeskRemovable::~VeskRemovable() = default;
+
+VeskGarbageCollector* VeskGarbageCollector::getInstance()
+{
+    QMutexLocker locker(&linkLock);
+    if (!instance)
+        instance = new (std::nothrow) VeskGarbageCollector;
+    return instance;
+}
+
+VeskGarbageCollector::VeskGarbageCollector()
+    : d(new VeskGarbageCollectorPrivate(this))
+{
+}
+
+VeskGarbageCollector::~VeskGarbageCollector()
+{
+    VeskGarbageCollectorPrivate* collector = nullptr;
+    {
+        QMutexLocker locker(&linkLock);
+        if (instance == this)
+            instance = nullptr;
+        collector = d;
+        d = nullptr;
+        if (collector)
+            collector->owner = nullptr;
+    }
+    if (!collector)
+        return;
+    // Its timer may only be stopped in its own thread.
+    if (collector->thread() == QThread::currentThread())
+        delete collector;
+    else
+        collector->deleteLater();
+}
+
+void VeskGarbageCollector::add(VeskRemovable* object)
+{
+    QMutexLocker locker(&linkLock);
+    if (d)
+        d->add(object);
+}
+
+void VeskGarbageCollector::remove()
+{
+    QMutexLocker locker(&linkLock);
+    if (d)
+        d->remove();
+}
+
+VeskGarbageCollectorPrivate::VeskGarbageCollectorPrivate(VeskGarbageCollector* owner)
+    : owner(owner)
+    , removeWhenEmpty(false)
+    , timer(new QTimer)
+{
+    connect(timer, &QTimer::timeout, this, &VeskGarbageCollectorPrivate::timeout);
+    timer->start(1000);
+}
+
+VeskGarbageCollectorPrivate::~VeskGarbageCollectorPrivate()
+{
+    delete timer;
+}
+
+void VeskGarbageCollectorPrivate::add(VeskRemovable* object)
+{
+    QMutexLocker locker(&mutex);
+    if (object)
+        removables.append(object);
+}
+
+void VeskGarbageCollectorPrivate::remove()
+{
+    QMutexLocker locker(&mutex);
+    removeWhenEmpty = true;
+}
+
+void VeskGarbageCollectorPrivate::timeout()
+{
+    VeskRemovable* unused = nullptr;
+    bool end = false;
+    {
+        QMutexLocker link(&linkLock);
+        // A handle that let go has forgotten the list: nothing is asked.
+        if (!owner)
+            return;
+        QMutexLocker locker(&mutex);
+        bool found = false;
+        QList<VeskRemovable*> const snapshot = removables;
+        for (VeskRemovable* object : snapshot) {
+            if (!object->isUnused())
+                continue;
+            found = true;
+            removables.removeOne(object);
+            if (!removables.contains(object))
+                unused = object;
+            break;
+        }
+        if (!found && removables.isEmpty() && removeWhenEmpty) {
+            owner->d = nullptr;
+            owner = nullptr;
+            end = true;
+        }
+    }
+    // Outside the locks: a destructor may wait for other threads, or hand
+    // further objects to the collector.
+    delete unused;
+    if (end) {
+        timer->stop();
+        deleteLater();
+    }
+}

@@ -1,0 +1,38 @@
+#ifndef VESKGARBAGECOLLECTOR_P_H
+#define VESKGARBAGECOLLECTOR_P_H
+
+#include <QtCore/QList>
+#include <QtCore/QMutex>
+#include <QtCore/QObject>
+
+class QTimer;
+class VeskGarbageCollector;
+class VeskRemovable;
+
+// The collector's working part: the list, its lock and the one-second timer.
+// It lives in the thread that made it; timeout() runs there.
+class VeskGarbageCollectorPrivate : public QObject
+{
+    Q_OBJECT
+public:
+    explicit VeskGarbageCollectorPrivate(VeskGarbageCollector* owner);
+    ~VeskGarbageCollectorPrivate() override;
+
+    void add(VeskRemovable* object);
+    void remove();
+
+    // The handle that refers to this object; null once either has let go of
+    // the other. Guarded by the lock that also guards the handle's d.
+    VeskGarbageCollector* owner;
+
+public slots:
+    void timeout();
+
+private:
+    QList<VeskRemovable*> removables;
+    bool removeWhenEmpty;
+    QMutex mutex;
+    QTimer* timer;
+};
+
+#endif // VESKGARBAGECOLLECTOR_P_H
