@@ -1,6 +1,7 @@
 // vesk-demo: a small host, a sample plugin and a worker thread, showing what
 // the data library does from end to end. It ends by itself.
 
+#include "catalogue.h"
 #include "dispatcher.h"
 #include "fields.h"
 #include "roster.h"
@@ -76,20 +77,22 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     QThread::currentThread()->setObjectName(QStringLiteral("main"));
 
-    showArgumentValues();
-    showContactList();
-
-    say(QStringLiteral("== Plugin actions"));
+    // The host: a dispatcher in this thread delivers every plugin action.
     Dispatcher dispatcher;
     VeskCallActionEvent::dispatcher = &dispatcher;
     SamplePlugin plugin;
-    showFieldsDemo(&plugin);
 
+    showArgumentValues();
+    showEveryArgumentType(&plugin);
+    showFieldsDemo(&plugin);
+    showContactList();
+
+    say(QStringLiteral("== Plugin actions"));
     QThread* const worker = QThread::create(invokeActions, &plugin);
     worker->setObjectName(QStringLiteral("worker"));
     // Queued behind the calls the worker posted, so every call runs first.
     QObject::connect(worker, &QThread::finished, &app, [&] {
-        say(QStringLiteral("== Done: the dispatcher delivered %1 calls").arg(dispatcher.delivered()));
+        say(QStringLiteral("  host: the dispatcher delivered %1 calls").arg(dispatcher.delivered()));
         showRuntimeHelpers(&QCoreApplication::quit);
     }, Qt::QueuedConnection);
     worker->start();
@@ -98,5 +101,6 @@ int main(int argc, char** argv)
     worker->wait();
     delete worker;
     VeskCallActionEvent::dispatcher = nullptr;
+    say(QStringLiteral("== Done"));
     return status;
 }

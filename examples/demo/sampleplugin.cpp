@@ -1,4 +1,5 @@
 #include "sampleplugin.h"
+#include "catalogue.h"
 #include "say.h"
 
 void SamplePlugin::greet(QList<VeskArg>& args)
@@ -22,6 +23,17 @@ void SamplePlugin::saveSettings(QList<VeskArg>& args)
 {
     say(QStringLiteral("  plugin: saveSettings(%1) runs in the %2 thread")
             .arg(args.value(0).toString(), threadName()));
+}
+
+bool SamplePlugin::event(QEvent* e)
+{
+    if (e->type() != CatalogueRequest::Type)
+        return VeskPlugin::event(e);
+    auto* const request = static_cast<CatalogueRequest*>(e);
+    say(QStringLiteral("  plugin: answers the request in the %1 thread").arg(threadName()));
+    request->waitObject->setRetValue(VeskArg(everyArgumentType(this)));
+    request->waitObject->wakeUp();
+    return true;
 }
 
 bool SampleAnswerer::event(QEvent* e)

@@ -14,6 +14,9 @@ public:
     void sum(QList<VeskArg>& args);
     // The settings page's button. args: String account
     void saveSettings(QList<VeskArg>& args);
+
+    // Answers the host's CatalogueRequest.
+    bool event(QEvent* e) override;
 };
 
 // A question from the host to the plugin's thread; the answer comes back
