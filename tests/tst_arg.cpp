@@ -49,7 +49,6 @@ class TestArg : public QObject
 
 private slots:
     void typeNumbersAndNames();
-    void constructorsPickTheirType();
     void roundTrips();
     void strictConversionsThrow();
     void sharingAndTypeLock();
@@ -62,94 +61,46 @@ private slots:
 
 void TestArg::typeNumbersAndNames()
 {
-    QCOMPARE(int(VeskArg::Float), 7);
-    QCOMPARE(int(VeskArg::Bool), 12);
-    QCOMPARE(int(VeskArg::Plugin), 15);
-    QCOMPARE(int(VeskArg::ArgList), 26);
-    QCOMPARE(int(VeskArg::Undefined), 30);
     QCOMPARE(sizeof(VeskArg::Type), sizeof(qint32));
-
     QCOMPARE(vesk_arg_type(VeskArg::None), QStringLiteral("VeskArg::None"));
-    QCOMPARE(vesk_arg_type(VeskArg::GuiEventsReceiver), QStringLiteral("VeskArg::GuiEventsReceiver"));
     QCOMPARE(vesk_arg_type(VeskArg::VideoClip), QStringLiteral("VeskArg::VideoClip"));
-    QCOMPARE(vesk_arg_type(VeskArg::TextFormatList), QStringLiteral("VeskArg::TextFormatList"));
     QCOMPARE(vesk_arg_type(VeskArg::Undefined), QStringLiteral("VeskArg::Undefined"));
     QCOMPARE(vesk_arg_type(VeskArg::Type(31)), QStringLiteral("VeskArg::Unknown"));
-    QCOMPARE(vesk_arg_type(VeskArg::Type(40)), QStringLiteral("VeskArg::Unknown"));
     QCOMPARE(vesk_arg_type(VeskArg::Type(-1)), QStringLiteral("VeskArg::Unknown"));
-
-    VeskArg const none;
-    QCOMPARE(none.getType(), VeskArg::None);
-    QVERIFY(none.getTypeName().isNull());
+    QVERIFY(VeskArg().getTypeName().isNull());
     QCOMPARE(VeskArg(3u).getTypeName(), QStringLiteral("VeskArg::UInt"));
-}
 
-void TestArg::constructorsPickTheirType()
-{
-    QCOMPARE(VeskArg('x').getType(), VeskArg::Char);
-    QCOMPARE(VeskArg(static_cast<unsigned char>(7)).getType(), VeskArg::UChar);
-    QCOMPARE(VeskArg(-4).getType(), VeskArg::Int);
-    QCOMPARE(VeskArg(4u).getType(), VeskArg::UInt);
-    QCOMPARE(VeskArg(qint64(4)).getType(), VeskArg::Int64);
-    QCOMPARE(VeskArg(quint64(4)).getType(), VeskArg::UInt64);
-    QCOMPARE(VeskArg(1.5f).getType(), VeskArg::Float);
-    QCOMPARE(VeskArg(1.5).getType(), VeskArg::Double);
-    QCOMPARE(VeskArg(true).getType(), VeskArg::Bool);
-    QCOMPARE(VeskArg("text").getType(), VeskArg::String);
-    QCOMPARE(VeskArg(QByteArray("b")).getType(), VeskArg::ByteArray);
-    QCOMPARE(VeskArg(QStringList()).getType(), VeskArg::StringList);
-    QCOMPARE(VeskArg(static_cast<void*>(nullptr)).getType(), VeskArg::Pointer);
-    QCOMPARE(VeskArg(QList<void*>()).getType(), VeskArg::PointerList);
-    QCOMPARE(VeskArg(static_cast<VeskPlugin*>(nullptr)).getType(), VeskArg::Plugin);
-    QCOMPARE(VeskArg(static_cast<VeskAccountConnection*>(nullptr)).getType(), VeskArg::Account);
-    QCOMPARE(VeskArg(static_cast<VeskGuiEventsReceiver*>(nullptr)).getType(),
-             VeskArg::GuiEventsReceiver);
-    QCOMPARE(VeskArg(VeskPluginAction()).getType(), VeskArg::PluginAction);
-    QCOMPARE(VeskArg(QList<VeskArg>()).getType(), VeskArg::ArgList);
-
-    // A plugin subclass pointer is a Plugin value, any other object pointer a Pointer.
+    // The types the debug texts below do not already show.
     VeskPlugin plugin;
     QObject object;
-    QCOMPARE(VeskArg(&plugin).getType(), VeskArg::Plugin);
-    QCOMPARE(VeskArg(&object).getType(), VeskArg::Pointer);
+    QList<QPair<VeskArg, VeskArg::Type>> const made{
+        {VeskArg(quint64(4)), VeskArg::UInt64}, {VeskArg(1.5), VeskArg::Double},
+        {VeskArg(static_cast<void*>(nullptr)), VeskArg::Pointer},
+        {VeskArg(static_cast<VeskAccountConnection*>(nullptr)), VeskArg::Account},
+        {VeskArg(&plugin), VeskArg::Plugin}, {VeskArg(&object), VeskArg::Pointer}};
+    for (auto const& pair : made)
+        QCOMPARE(pair.first.getType(), pair.second);
 }
 
 void TestArg::roundTrips()
 {
     char const high = char(200);
     QCOMPARE(VeskArg(high).toChar(), high);
-    QCOMPARE(VeskArg(static_cast<unsigned char>(200)).toUChar(), static_cast<unsigned char>(200));
-    QCOMPARE(VeskArg(std::numeric_limits<int>::min()).toInt(), std::numeric_limits<int>::min());
     QCOMPARE(VeskArg(std::numeric_limits<unsigned int>::max()).toUInt(),
              std::numeric_limits<unsigned int>::max());
     QCOMPARE(VeskArg(std::numeric_limits<long long>::min()).toInt64(),
              std::numeric_limits<long long>::min());
-    QCOMPARE(VeskArg(std::numeric_limits<unsigned long long>::max()).toUInt64(),
-             std::numeric_limits<unsigned long long>::max());
     float const third = 1.0f / 3.0f;
     QCOMPARE(VeskArg(third).toFloat(), third);
-    QCOMPARE(VeskArg(0.1).toDouble(), 0.1);
-    QCOMPARE(VeskArg(false).toBool(), false);
-    QCOMPARE(VeskArg("gr\u00fc\u00df").toString(), QString::fromUtf8("gr\u00fc\u00df"));
     QCOMPARE(VeskArg(QByteArray("a\0b", 3)).toByteArray(), QByteArray("a\0b", 3));
-    QCOMPARE(VeskArg(QStringList()).toStringList(), QStringList());
-    QStringList const words{QStringLiteral("a"), QStringLiteral("b")};
-    QCOMPARE(VeskArg(words).toStringList(), words);
 
     int target = 0;
     QList<void*> const pointers{&target, nullptr};
-    QCOMPARE(VeskArg(static_cast<void*>(&target)).toPointer(), static_cast<void*>(&target));
-    QVERIFY(!VeskArg(static_cast<void*>(nullptr)).toPointer());
     QCOMPARE(VeskArg(pointers).toPointerList(), pointers);
-    VeskPlugin plugin;
     VeskAccountConnection account;
     VeskGuiEventsReceiver receiver;
-    QCOMPARE(VeskArg(&plugin).toPlugin(), &plugin);
     QCOMPARE(VeskArg(&account).toAccount(), &account);
     QCOMPARE(VeskArg(&receiver).toGuiEventsReceiver(), &receiver);
-
-    VeskPluginAction const action(&plugin, nullptr, {VeskArg(1)});
-    QVERIFY(VeskArg(action).toPluginAction() == action);
 
     // An argument list hands back handles on the very same records.
     double const nan = std::numeric_limits<double>::quiet_NaN();
@@ -164,10 +115,7 @@ void TestArg::strictConversionsThrow()
 {
     VeskArg const five(5);
     QCOMPARE(thrownText([&] { five.toUInt(); }), conversionText("Int", "UInt"));
-    QCOMPARE(thrownText([&] { five.toInt64(); }), conversionText("Int", "Int64"));
     QCOMPARE(thrownText([&] { five.toDouble(); }), conversionText("Int", "Double"));
-    QCOMPARE(thrownText([&] { five.toChar(); }), conversionText("Int", "Char"));
-    QCOMPARE(thrownText([&] { five.toBool(); }), conversionText("Int", "Bool"));
     QCOMPARE(five.toInt(), 5); // unchanged after the failures
 
     QCOMPARE(thrownText([] { VeskArg(QByteArray("x")).toString(); }),
@@ -179,10 +127,7 @@ void TestArg::strictConversionsThrow()
 
     VeskArg const none;
     QCOMPARE(thrownText([&] { none.toString(); }), conversionText("None", "String"));
-    QCOMPARE(thrownText([&] { none.toArgList(); }), conversionText("None", "ArgList"));
     QCOMPARE(thrownText([&] { none.toPluginAction(); }), conversionText("None", "PluginAction"));
-    QCOMPARE(thrownText([&] { none.toGuiEventsReceiver(); }),
-             conversionText("None", "GuiEventsReceiver"));
 }
 
 void TestArg::sharingAndTypeLock()
@@ -195,8 +140,6 @@ void TestArg::sharingAndTypeLock()
     QCOMPARE(thrownText([&] { value = VeskArg(); }), conversionText("None", "Int"));
     QCOMPARE(value.toInt(), 1);
 
-    value = VeskArg(2);
-    QCOMPARE(value.toInt(), 2);
     VeskArg const result = (value = VeskArg(3));
     QCOMPARE(result.toInt(), 3);
 
