@@ -9,23 +9,15 @@
 #define VESK_HAVE_ASAN 1
 #endif
 
-namespace {
-
 // Lets this many non-throwing allocations through, fails the next one and
 // disarms; -1 leaves every allocation alone. The library allocates its
 // records with new (std::nothrow), which resolves to this replacement.
-int allocationsBeforeFailure = -1;
-
-} // namespace
+static int allocationsBeforeFailure = -1;
 
 void* operator new(std::size_t size, std::nothrow_t const&) noexcept
 {
-    if (allocationsBeforeFailure == 0) {
-        allocationsBeforeFailure = -1;
+    if (allocationsBeforeFailure >= 0 && allocationsBeforeFailure-- == 0)
         return nullptr;
-    }
-    if (allocationsBeforeFailure > 0)
-        --allocationsBeforeFailure;
     try {
         return ::operator new(size);
     } catch (std::bad_alloc const&) {
@@ -35,16 +27,14 @@ void* operator new(std::size_t size, std::nothrow_t const&) noexcept
 
 namespace {
 
-// Reads the shared record behind a handle, which the public interface keeps
-// to itself.
+// Counts the handles of an entry, which the public interface keeps to itself.
 struct Peek : VeskBuddy
 {
     explicit Peek(VeskBuddy const& buddy) : VeskBuddy(buddy) {}
-    // Handles of the entry, not counting this one.
     static int refs(VeskBuddy const& buddy)
     {
         Peek const peek(buddy);
-        return peek.d ? peek.d->ref.loadRelaxed() - 1 : 0;
+        return peek.d ? peek.d->ref.loadRelaxed() - 1 : 0; // not counting peek
     }
 };
 
@@ -52,10 +42,7 @@ template<typename T>
 QString textOf(T const& value)
 {
     QString out;
-    {
-        QDebug dbg(&out);
-        dbg << value;
-    }
+    QDebug(&out) << value;
     return out;
 }
 
@@ -64,28 +51,15 @@ QString pointerText(void const* pointer)
     return QStringLiteral("0x") + QString::number(reinterpret_cast<quintptr>(pointer), 16);
 }
 
-VeskPresenceType presenceType(quint32 priority, QString const& icon = QString())
+VeskPresenceType presenceType(quint32 priority, qint32 flag = 0, QString const& icon = QString())
 {
-    VeskPresenceType type;
-    type.id = QStringLiteral("p%1").arg(priority);
-    type.priority = priority;
-    type.icon = icon;
-    return type;
-}
-
-VeskPresenceType* newPresenceType(QString const& id, qint32 flag)
-{
-    auto* type = new VeskPresenceType;
-    type->id = id;
-    type->flag = VeskPresence::Flag(flag);
-    return type;
+    return VeskPresenceType{QString(), QString(), icon, priority, VeskPresence::Flag(flag)};
 }
 
 VeskBuddyContact contact(QString const& id, QString const& display = QString(),
                          VeskAccountConnection* account = nullptr)
 {
-    return VeskBuddyContact(account, id, display, VeskBuddyType(), VeskPresence(),
-                            VeskSubscriptionType());
+    return VeskBuddyContact(account, id, display, VeskBuddyType(), VeskPresence(), VeskSubscriptionType());
 }
 
 } // namespace
@@ -95,66 +69,49 @@ class TestBuddy : public QObject
     Q_OBJECT
 
 private slots:
-    void kindLookups();
-    void kindRecordOwnsItsTypes();
-    void resources();
-    void kindDebugTexts();
-    void invalidHandlesAnswerWithFallbacks();
+    void kindRecords();
     void handlesShareOneRecord();
-    void conversionsCheckTheKind();
-    void lastHandleDestroysTheKindRecord();
-    void failedAllocationLeavesAnInvalidHandle();
-    void contactAccessors();
-    void activeResource();
-    void mergedEntriesSpeakThroughTheirFirstContact();
-    void customAndTemporaryEntries();
+    void recordLifetimeAndFailedAllocation();
+    void contactAccessorsAndResources();
+    void mergedCustomAndTemporaryEntries();
     void debugTexts();
 };
 
-void TestBuddy::kindLookups()
+void TestBuddy::kindRecords()
 {
     VeskSubscriptionType const missing = VeskBuddyType().getSubscriptionWithId(QStringLiteral("both"));
-    QVERIFY(!missing.isValid() && missing.getIcon().isNull());
-    QVERIFY(missing.getId().isEmpty() && !missing.getId().isNull());
-    QVERIFY(missing.getDisplay().isEmpty() && !missing.getDisplay().isNull());
+    QVERIFY(!missing.getId().isNull() && !missing.getDisplay().isNull() && missing.getIcon().isNull());
+    QVERIFY(!missing.isValid() && !VeskSubscriptionType(QStringLiteral("To"), QString(), 1, QString()).isValid());
 
-    VeskBuddyType const kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
+    VeskBuddyType kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
     kind.data()->subscriptions
-        << new VeskSubscriptionType(QStringLiteral("None"), QStringLiteral("none"), 1, QString())
-        << new VeskSubscriptionType(QStringLiteral("Both"), QStringLiteral("both"), 3,
-                                    QStringLiteral("both.png"))
+        << new VeskSubscriptionType(QStringLiteral("Both"), QStringLiteral("both"), 3, QStringLiteral("both.png"))
         << new VeskSubscriptionType(QStringLiteral("Both again"), QStringLiteral("both"), 4, QString());
-    VeskSubscriptionType const both = kind.getSubscriptionWithId(QStringLiteral("both"));
-    QCOMPARE(both.getDisplay(), QStringLiteral("Both"));
-    QCOMPARE(both.getIcon(), QStringLiteral("both.png"));
+    QCOMPARE(kind.getSubscriptionWithId(QStringLiteral("both")).getIcon(), QStringLiteral("both.png"));
     QVERIFY(!kind.getSubscriptionWithId(QStringLiteral("Both")).isValid());
-    QVERIFY(!VeskSubscriptionType(QString(), QStringLiteral("to"), 1, QString()).isValid());
-    QVERIFY(!VeskSubscriptionType(QStringLiteral("To"), QString(), 1, QString()).isValid());
 
-    VeskBuddyTypePrivate* const record = kind.data();
-    VeskPresenceType* const online = newPresenceType(QStringLiteral("online"), 1);
-    VeskPresenceType* const offline = newPresenceType(QStringLiteral("offline"), VeskPresence::Offline);
-    record->presences.insert(online->id, online);
-    record->presences.insert(offline->id, offline);
-    QCOMPARE(record->getPresenceWithFlag(VeskPresence::Offline), offline);
-    QCOMPARE(record->getPresenceWithFlag(VeskPresence::Flag(1)), online);
-    QVERIFY(!record->getPresenceWithFlag(VeskPresence::Flag(7)));
-}
+    auto* const offline = new VeskPresenceType(presenceType(0, VeskPresence::Offline));
+    kind.data()->presences.insert(QStringLiteral("online"), new VeskPresenceType(presenceType(1, 1)));
+    kind.data()->presences.insert(QStringLiteral("offline"), offline);
+    QCOMPARE(kind.data()->getPresenceWithFlag(VeskPresence::Offline), offline);
+    QVERIFY(!kind.data()->getPresenceWithFlag(VeskPresence::Flag(7)));
 
-void TestBuddy::kindRecordOwnsItsTypes()
-{
-    VeskBuddyType kind(QStringLiteral("irc"), QStringLiteral("IRC"));
+    VeskBuddyType invalid;
+    QString const kindText = pointerText(&kind) + QStringLiteral(" VeskBuddyType(\"xmpp\", \"Jabber\") ");
+    QString const invalidText = pointerText(&invalid) + QStringLiteral(" VeskBuddyType(\"\", \"\") ");
+    QCOMPARE(textOf(QList<VeskBuddyType*>()), QStringLiteral("QList<VeskBuddyType *> (\n) element count: 0\n "));
+    QCOMPARE(textOf(QList<VeskBuddyType*>{&kind, &invalid}),
+             QStringLiteral("QList<VeskBuddyType *> (\n\t") + kindText + QStringLiteral("\n \t") + invalidText
+                 + QStringLiteral("\n ) element count: 2\n "));
+
     VeskBuddyType copy(kind);
-    kind.data()->extraInfoFields.append(
-        VeskField::lineEdit(QStringLiteral("Nick"), QStringLiteral("nick"), QString(), 16, QString()));
-    QCOMPARE(copy.getExtraInfoFields().at(0).getId(), QStringLiteral("nick"));
     copy = kind;
     QCOMPARE(kind.data()->ref.loadRelaxed(), 2);
 
     // One presence type filed under two ids and one subscription type listed
     // twice are each deleted once: a second delete aborts the sanitizer builds.
     VeskBuddyType other(QStringLiteral("sip"), QStringLiteral("SIP"));
-    VeskPresenceType* const busy = newPresenceType(QStringLiteral("busy"), 6);
+    auto* const busy = new VeskPresenceType(presenceType(6));
     auto* const to = new VeskSubscriptionType(QStringLiteral("To"), QStringLiteral("to"), 1, QString());
     other.data()->presences.insert(QStringLiteral("busy"), busy);
     other.data()->presences.insert(QStringLiteral("dnd"), busy);
@@ -162,59 +119,12 @@ void TestBuddy::kindRecordOwnsItsTypes()
 
     VeskBuddyType holder(other);
     other = VeskBuddyType();
-    QCOMPARE(busy->id, QStringLiteral("busy")); // holder still owns it
-    holder = kind;                               // drops the last reference to SIP
+    QCOMPARE(busy->priority, 6u); // holder still owns it
+    holder = kind;                // drops the last reference to SIP
     QCOMPARE(kind.data()->ref.loadRelaxed(), 3);
 #ifdef VESK_HAVE_ASAN
-    QVERIFY(__asan_address_is_poisoned(busy));
-    QVERIFY(__asan_address_is_poisoned(to));
+    QVERIFY(__asan_address_is_poisoned(busy) && __asan_address_is_poisoned(to));
 #endif
-}
-
-void TestBuddy::resources()
-{
-    QCOMPARE(VeskBuddyResource().getPriority(), -1);
-    VeskBuddyResourceType phone(QStringLiteral("phone"), QStringLiteral("phone.png"));
-    VeskBuddyResource const bare(&phone, VeskPresence());
-    QCOMPARE(bare.getPriority(), 0);
-
-    VeskPresenceType top = presenceType(4294967295u);
-    VeskPresenceType some = presenceType(12);
-    VeskBuddyResource const high(&phone, VeskPresence(&top, QString()));
-    VeskBuddyResource const mid(&phone, VeskPresence(&some, QString()));
-    QCOMPARE(high.getPriority(), -1); // read as a signed number
-    QCOMPARE(mid.getPriority(), 12);
-    QVERIFY(high == mid);
-    VeskBuddyResourceType lookalike(QStringLiteral("phone"), QStringLiteral("phone.png"));
-    QVERIFY(!(VeskBuddyResource(&lookalike, VeskPresence()) == bare));
-}
-
-void TestBuddy::kindDebugTexts()
-{
-    VeskBuddyType kind(QStringLiteral("xmpp"), QStringLiteral("Jab\"ber"));
-    VeskBuddyType invalid;
-    QString const kindText = pointerText(&kind) + QStringLiteral(" VeskBuddyType(\"xmpp\", \"Jab\"ber\") ");
-    QString const invalidText = pointerText(&invalid) + QStringLiteral(" VeskBuddyType(\"\", \"\") ");
-    QCOMPARE(textOf(&kind), kindText);
-    QCOMPARE(textOf(&invalid), invalidText);
-
-    QCOMPARE(textOf(QList<VeskBuddyType*>()), QStringLiteral("QList<VeskBuddyType *> (\n) element count: 0\n "));
-    QCOMPARE(textOf(QList<VeskBuddyType*>{&kind, &invalid}),
-             QStringLiteral("QList<VeskBuddyType *> (\n\t") + kindText + QStringLiteral("\n \t") + invalidText
-                 + QStringLiteral("\n ) element count: 2\n "));
-}
-
-void TestBuddy::invalidHandlesAnswerWithFallbacks()
-{
-    VeskBuddy none;
-    none.setUnreadMessages(4);
-    QCOMPARE(none.unreadMessages(), 0);
-    QVERIFY(none == VeskBuddy() && none.getDisplay().isNull());
-    QCOMPARE(qHash(none), decltype(qHash(none))(0));
-    VeskBuddyContact noContact;
-    noContact.setAttribs({{QStringLiteral("a"), VeskArg(1)}});
-    QVERIFY(noContact.getAttribs().isEmpty() && noContact.getDisplay().isNull());
-    QVERIFY(!VeskBuddyTemporary().getGroup().isValid());
 }
 
 void TestBuddy::handlesShareOneRecord()
@@ -223,77 +133,61 @@ void TestBuddy::handlesShareOneRecord()
     VeskBuddy copy = group;
     VeskBuddy other;
     other = copy;
-    QCOMPARE(Peek::refs(group), 3);
-
     copy.setUnreadMessages(3);
     QCOMPARE(group.unreadMessages() + other.unreadMessages(), 6);
-
     copy = copy;
     other = group;
     QCOMPARE(Peek::refs(group), 3);
 
     VeskBuddyGroup const twin(QStringLiteral("Friends"));
-    QVERIFY(twin != group && qHash(twin) != qHash(group));
-    QCOMPARE(qHash(copy), qHash(group));
+    QVERIFY(twin != group && qHash(twin) != qHash(group) && qHash(copy) == qHash(group));
     QCOMPARE((QSet<VeskBuddy>{group, copy, other, twin}.size()), 2);
-
     VeskBuddy moved(std::move(copy));
     QVERIFY(!copy.isValid() && moved == group);
     QCOMPARE(Peek::refs(group), 3);
-}
 
-void TestBuddy::conversionsCheckTheKind()
-{
-    VeskBuddyGroup const group(QStringLiteral("Work"));
+    // Conversions share the record only between handles of the same kind.
     VeskBuddyContact const alice = contact(QStringLiteral("alice"));
-
-    QVERIFY(!VeskBuddyContact(group).isValid());
-    QCOMPARE(Peek::refs(group), 1);
-
     VeskBuddy const asBase = alice;
     VeskBuddyContact const back(asBase);
-    QVERIFY(back == alice && back.getId() == QStringLiteral("alice"));
+    QVERIFY(back == alice && !VeskBuddyContact(group).isValid() && !VeskBuddyMerged(group).isValid());
     QCOMPARE(Peek::refs(alice), 3);
-    // The base's virtual functions answer for the kind.
-    QCOMPARE(static_cast<VeskBuddy const&>(back).getDisplay(), QStringLiteral("alice"));
+    QCOMPARE(static_cast<VeskBuddy const&>(back).getDisplay(), QStringLiteral("alice")); // the kind's override
+    VeskBuddyGroup assigned = group;
+    assigned = asBase;
+    QVERIFY(!assigned.isValid());
+    QCOMPARE(Peek::refs(group), 3);
 
-    VeskBuddyGroup assigned;
-    assigned = asBase; // through the checked conversion
-    QVERIFY(!assigned.isValid() && !VeskBuddyMerged(group).isValid());
-    QVERIFY(VeskBuddyGroup(VeskBuddy(group)) == group);
+    VeskBuddy none;
+    none.setUnreadMessages(4);
+    QVERIFY(none.unreadMessages() == 0 && qHash(none) == 0);
 }
 
-void TestBuddy::lastHandleDestroysTheKindRecord()
+void TestBuddy::recordLifetimeAndFailedAllocation()
 {
     VeskBuddyType const kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
+    VeskBuddyContact const child = contact(QStringLiteral("c"));
     {
         VeskBuddyContact const holder(nullptr, QStringLiteral("a"), QString(), kind, VeskPresence(),
                                       VeskSubscriptionType());
         VeskBuddy const copy = holder;
-        QCOMPARE(kind.data()->ref.loadRelaxed(), 2);
-    }
-    QCOMPARE(kind.data()->ref.loadRelaxed(), 1);
-
-    VeskBuddyContact const child = contact(QStringLiteral("c"));
-    {
         VeskBuddyGroup const group(QStringLiteral("g"));
         group.data()->children.append(child);
-        QCOMPARE(Peek::refs(child), 2);
+        QVERIFY(kind.data()->ref.loadRelaxed() == 2 && Peek::refs(child) == 2);
     }
-    QCOMPARE(Peek::refs(child), 1);
-}
+    QVERIFY(kind.data()->ref.loadRelaxed() == 1 && Peek::refs(child) == 1);
 
-void TestBuddy::failedAllocationLeavesAnInvalidHandle()
-{
     allocationsBeforeFailure = 0; // the shared record
     QVERIFY(!VeskBuddyGroup(QStringLiteral("g")).isValid());
+    allocationsBeforeFailure = 0;
+    QVERIFY(!VeskBuddyType(QStringLiteral("x"), QStringLiteral("X")).isValid());
 
     // The kind record fails after the shared one was made: that one is
     // dropped again (the leak checker of the sanitizer builds would see it).
-    for (int kind = 0; kind < 6; ++kind) {
+    for (int which = 0; which < 6; ++which) {
         allocationsBeforeFailure = 1;
         VeskBuddy entry;
-        switch (kind) {
+        switch (which) {
         case 0: entry = VeskBuddyGroup(QStringLiteral("g")); break;
         case 1: entry = VeskBuddyMeta(QStringLiteral("m")); break;
         case 2: entry = contact(QStringLiteral("c")); break;
@@ -301,12 +195,8 @@ void TestBuddy::failedAllocationLeavesAnInvalidHandle()
         case 4: entry = VeskBuddyCustom(QString(), QString(), QString(), {}, QString(), QString(), QString()); break;
         case 5: entry = VeskBuddyTemporary(nullptr, QStringLiteral("t"), VeskPresence(), VeskBuddyGroup()); break;
         }
-        QVERIFY2(!entry.isValid(), qPrintable(QString::number(kind)));
+        QVERIFY2(!entry.isValid() && allocationsBeforeFailure == -1, qPrintable(QString::number(which)));
     }
-    QCOMPARE(allocationsBeforeFailure, -1);
-
-    allocationsBeforeFailure = 0;
-    QVERIFY(!VeskBuddyType(QStringLiteral("x"), QStringLiteral("X")).isValid());
 
     VeskBuddyGroup group(QStringLiteral("g"));
     allocationsBeforeFailure = 1;
@@ -314,74 +204,44 @@ void TestBuddy::failedAllocationLeavesAnInvalidHandle()
     QVERIFY(group.childCount() == 0 && !group.containsMeta(QStringLiteral("m")));
 }
 
-void TestBuddy::contactAccessors()
+void TestBuddy::contactAccessorsAndResources()
 {
-    VeskAccountConnection account;
-    VeskBuddyType const kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
-    kind.data()->extraInfoFields.append(
-        VeskField::lineEdit(QStringLiteral("City"), QStringLiteral("city"), QString(), 40, QString()));
-    VeskPresenceType online = presenceType(10, QStringLiteral("online.png"));
-    VeskSubscriptionType const none(QStringLiteral("None"), QStringLiteral("none"), 0, QString());
-    VeskSubscriptionType const pending(QStringLiteral("Ask"), QStringLiteral("ask"), 1,
-                                       QStringLiteral("ask.png"));
-
-    VeskBuddyContact const unnamed(&account, QStringLiteral("bob@x"), QString(), kind,
-                                   VeskPresence(&online, QStringLiteral("hi")), none);
-    QCOMPARE(unnamed.getDisplay(), QStringLiteral("bob@x"));
-    QCOMPARE(unnamed.getTypeId(), QStringLiteral("xmpp"));
+    // The display falls back to the id; the subscription's icon wins over the presence's.
+    VeskPresenceType online = presenceType(10, 1, QStringLiteral("online.png"));
+    VeskSubscriptionType const asked(QStringLiteral("Ask"), QStringLiteral("ask"), 1, QStringLiteral("ask.png"));
+    VeskBuddyContact const unnamed(nullptr, QStringLiteral("bob@x"), QString(), VeskBuddyType(),
+                                   VeskPresence(&online, QString()), VeskSubscriptionType());
+    VeskBuddyContact const named(nullptr, QStringLiteral("eve@x"), QStringLiteral("Eve"), VeskBuddyType(),
+                                 VeskPresence(&online, QString()), asked);
+    QVERIFY(unnamed.getDisplay() == QStringLiteral("bob@x") && named.getDisplay() == QStringLiteral("Eve"));
     QCOMPARE(unnamed.getPresenceIcon(), QStringLiteral("online.png"));
-    QCOMPARE(unnamed.getSubscription().getId(), QStringLiteral("none"));
-
-    VeskBuddyContact const named(&account, QStringLiteral("eve@x"), QStringLiteral("Eve"), kind,
-                                 VeskPresence(), pending);
-    QCOMPARE(named.getDisplay(), QStringLiteral("Eve"));
     QCOMPARE(named.getPresenceIcon(), QStringLiteral("ask.png"));
-    QVERIFY(contact(QStringLiteral("z")).getPresenceIcon().isNull());
-
-    // Written by protocol code into the record, seen through every handle.
-    VeskBuddyContact const alias{VeskBuddy(named)};
     named.data()->serverAvatarPath = QStringLiteral("server.png");
-    QCOMPARE(alias.getAvatarPath(), QStringLiteral("server.png"));
+    QCOMPARE(named.getAvatarPath(), QStringLiteral("server.png"));
     named.data()->localAvatarPath = QStringLiteral("local.png");
-    QCOMPARE(alias.getAvatarPath(), QStringLiteral("local.png"));
+    QCOMPARE(named.getAvatarPath(), QStringLiteral("local.png"));
 
-    VeskBuddyContact setter(alias);
-    setter.setAttribs({{QStringLiteral("note"), VeskArg("met at work")}});
-    QCOMPARE(named.getAttrib(QStringLiteral("note")).toString(), QStringLiteral("met at work"));
-    QCOMPARE(named.getAttrib(QStringLiteral("other")).getType(), VeskArg::None);
-
-    QList<VeskField> values = named.getAvailableExtraInfo();
-    values[0].setText(QStringLiteral("Oslo"));
-    setter.setFieldValues(values);
-    QCOMPARE(named.getExtraInfo().at(0).getText(), QStringLiteral("Oslo"));
-    QVERIFY(kind.getExtraInfoFields().at(0).getText().isEmpty());
-}
-
-void TestBuddy::activeResource()
-{
+    // Resources are equal by type record. The first of the highest priorities
+    // is active; priorities compare signed, so the largest unsigned one is -1.
     VeskBuddyResourceType phone(QStringLiteral("phone"), QString());
     VeskBuddyResourceType desk(QStringLiteral("desk"), QString());
-    VeskBuddyResourceType laptop(QStringLiteral("laptop"), QString());
+    VeskBuddyResourceType lookalike(QStringLiteral("phone"), QString());
     VeskPresenceType three = presenceType(3);
     VeskPresenceType seven = presenceType(7);
     VeskPresenceType huge = presenceType(4294967295u);
-
-    VeskBuddyContact const person = contact(QStringLiteral("p"));
-    QList<VeskBuddyResource>& resources = person.data()->resources;
-    resources << VeskBuddyResource(&phone, VeskPresence(&three, QString()))
+    QVERIFY(VeskBuddyResource(&phone, VeskPresence(&three, QString())) == VeskBuddyResource(&phone, VeskPresence()));
+    QVERIFY(!(VeskBuddyResource(&lookalike, VeskPresence()) == VeskBuddyResource(&phone, VeskPresence())));
+    QList<VeskBuddyResource>& resources = named.data()->resources;
+    resources << VeskBuddyResource(&phone, VeskPresence(&huge, QString()))
+              << VeskBuddyResource(&phone, VeskPresence(&three, QString()))
               << VeskBuddyResource(&desk, VeskPresence(&seven, QStringLiteral("first")))
-              << VeskBuddyResource(&laptop, VeskPresence(&seven, QStringLiteral("second")));
-    QCOMPARE(person.getActiveResource().getPresence().getDescription(), QStringLiteral("first"));
-
-    // Priorities are compared as signed numbers: the largest unsigned one is -1.
-    resources.prepend(VeskBuddyResource(&laptop, VeskPresence(&huge, QString())));
-    QCOMPARE(person.getActiveResource().getName(), QStringLiteral("desk"));
-
-    resources = {VeskBuddyResource(nullptr, VeskPresence(&seven, QString())), VeskBuddyResource()};
-    QVERIFY(!person.getActiveResource().isValid());
+              << VeskBuddyResource(&phone, VeskPresence(&seven, QStringLiteral("second")));
+    QCOMPARE(named.getActiveResource().getPresence().getDescription(), QStringLiteral("first"));
+    resources = {VeskBuddyResource(nullptr, VeskPresence(&seven, QStringLiteral("no type")))};
+    QVERIFY(named.getActiveResource().getPresence().getDescription().isEmpty());
 }
 
-void TestBuddy::mergedEntriesSpeakThroughTheirFirstContact()
+void TestBuddy::mergedCustomAndTemporaryEntries()
 {
     VeskAccountConnection home;
     VeskAccountConnection work;
@@ -393,69 +253,48 @@ void TestBuddy::mergedEntriesSpeakThroughTheirFirstContact()
     VeskBuddyMerged const merged(QString(), {first, second, third});
     QCOMPARE(merged.VeskBuddy::getDisplay(), QStringLiteral("ann@home")); // the record's name
     QCOMPARE(merged.getDisplay(), QStringLiteral("Ann"));
-    QCOMPARE(merged.getId(), QStringLiteral("ann@home"));
-    QCOMPARE(merged.getAccounts(), (QList<VeskAccountConnection*>{&home, &work, &home}));
-    QVERIFY(merged.getContactForAccount(&work) == second);
-    QVERIFY(merged.getContactForAccount(&home) == first);
-    QVERIFY(!merged.getContactForAccount(nullptr).isValid());
+    QVERIFY(merged.getContactForAccount(&work) == second && merged.getContactForAccount(&home) == first);
     QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
-
     first.data()->presence = VeskPresence(&online, QStringLiteral("now"));
-    first.data()->localAvatarPath = QStringLiteral("ann.png");
     QCOMPARE(merged.getPresence().getDescription(), QStringLiteral("now"));
-    QCOMPARE(merged.getAvatarPath(), QStringLiteral("ann.png"));
 
     VeskBuddyMerged const named(QStringLiteral("Annie"), {second});
     QCOMPARE(named.VeskBuddy::getDisplay(), QStringLiteral("Annie"));
     QCOMPARE(named.getDisplay(), QStringLiteral("ann@work"));
-
     VeskBuddyMerged const empty(QString(), {});
     QVERIFY(empty.isValid() && empty.getDisplay().isNull() && !empty.getPresence().isValid());
-}
 
-void TestBuddy::customAndTemporaryEntries()
-{
-    QHash<QString, VeskArg> const attribs{{QStringLiteral("url"), VeskArg("https://example.org")}};
-    VeskBuddyCustom const feed(QStringLiteral("News"), QStringLiteral("feed"), QStringLiteral("rss"),
-                               attribs, QStringLiteral("Daily news"), QStringLiteral("feed.png"),
-                               QStringLiteral("avatar.png"));
     // The attribute table comes fourth, between the owner id and the description.
-    QCOMPARE(feed.getDisplay(), QStringLiteral("News"));
-    QCOMPARE(feed.getSubType(), QStringLiteral("feed"));
-    QCOMPARE(feed.getOwnerId(), QStringLiteral("rss"));
+    QHash<QString, VeskArg> const attribs{{QStringLiteral("url"), VeskArg("https://example.org")}};
+    VeskBuddyCustom const feed(QStringLiteral("News"), QStringLiteral("feed"), QStringLiteral("rss"), attribs,
+                               QStringLiteral("Daily news"), QStringLiteral("feed.png"), QStringLiteral("avatar.png"));
+    QCOMPARE((QStringList{feed.getSubType(), feed.getOwnerId(), feed.getDescription(), feed.getPresenceIconPath(),
+                          feed.getAvatarPath()}),
+             (QStringList{QStringLiteral("feed"), QStringLiteral("rss"), QStringLiteral("Daily news"),
+                          QStringLiteral("feed.png"), QStringLiteral("avatar.png")}));
     QCOMPARE(feed.getAttribs(), attribs);
-    QCOMPARE(feed.getDescription(), QStringLiteral("Daily news"));
-    QCOMPARE(feed.getPresenceIconPath(), QStringLiteral("feed.png"));
-    QCOMPARE(feed.getAvatarPath(), QStringLiteral("avatar.png"));
     VeskBuddyCustom(VeskBuddy(feed)).setAttribs({});
     QVERIFY(feed.getAttribs().isEmpty());
 
+    // Naming a group links the entry to it without listing it there.
     VeskBuddyGroup const group(QStringLiteral("Not in list"));
     VeskBuddyTemporary const visitor(nullptr, QStringLiteral("guest@x"), VeskPresence(), group);
-    QCOMPARE(visitor.getDisplay(), QStringLiteral("guest@x"));
-    QVERIFY(visitor.getGroup() == group);
-    QCOMPARE(group.childCount(), 0);
+    QVERIFY(visitor.getGroup() == group && group.childCount() == 0);
 }
 
 void TestBuddy::debugTexts()
 {
-    QCOMPARE(textOf(VeskBuddy::Type(9)), QStringLiteral("VeskBuddy:: "));
+    QCOMPARE(textOf(VeskBuddy::Type(7)), QStringLiteral("VeskBuddy:: ")); // one past the last kind
     QCOMPARE(textOf(VeskBuddy::Temporary), QStringLiteral("VeskBuddy::Temporary "));
     QCOMPARE(textOf(VeskBuddy()), QStringLiteral("VeskBuddy( Invalid ) "));
 
-    VeskBuddyContact const alice(nullptr, QStringLiteral("alice@x"), QStringLiteral("Al\"ice"),
-                                 VeskBuddyType(), VeskPresence(), VeskSubscriptionType());
-    QString const aliceText = QStringLiteral(
-        "VeskBuddyContact(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) ");
-    QCOMPARE(textOf(alice), aliceText);
-    QCOMPARE(textOf(VeskBuddy(alice)), aliceText + QLatin1Char(' '));
-
-    QCOMPARE(textOf(VeskBuddyMerged(QStringLiteral("m"), {alice})),
-             QStringLiteral("VeskBuddyMerged(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) "));
-
-    VeskBuddyCustom const custom(QStringLiteral("News"), QString(), QString(), {}, QString(),
-                                 QString(), QString());
-    QCOMPARE(textOf(custom), QStringLiteral("VeskBuddyCustom(\n\tvalid   :true\n\tdisplay :\"News\"\n\t) "));
+    VeskBuddyContact const alice = contact(QStringLiteral("alice@x"), QStringLiteral("Al\"ice"));
+    QString const aliceText = QStringLiteral("(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) ");
+    QCOMPARE(textOf(alice), QStringLiteral("VeskBuddyContact") + aliceText);
+    QCOMPARE(textOf(VeskBuddy(alice)), QStringLiteral("VeskBuddyContact") + aliceText + QLatin1Char(' '));
+    QCOMPARE(textOf(VeskBuddyMerged(QStringLiteral("m"), {alice})), QStringLiteral("VeskBuddyMerged") + aliceText);
+    QCOMPARE(textOf(VeskBuddyCustom(QStringLiteral("News"), QString(), QString(), {}, QString(), QString(), QString())),
+             QStringLiteral("VeskBuddyCustom(\n\tvalid   :true\n\tdisplay :\"News\"\n\t) "));
 
     VeskAccountConnection account;
     VeskBuddyTemporary const visitor(&account, QStringLiteral("guest"), VeskPresence(), VeskBuddyGroup());

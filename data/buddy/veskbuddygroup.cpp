@@ -223,36 +223,74 @@ void removeFromContainer(VeskBuddy const& container, VeskBuddy const& child)
         VeskBuddyChildren::removeAll(*VeskBuddyMeta(container).data(), child);
 }
 
+// Runs step on the kind record of a group or meta-contact under its mutex;
+// an invalid handle has no record and gets the fallback.
+template<typename Record, typename Result, typename Step>
+Result underLock(Record* record, Result fallback, Step&& step)
+{
+    if (!record)
+        return fallback;
+    QMutexLocker locker(&record->mutex);
+    return step(*record);
+}
+
 // Places a contact or custom entry into container, taking it out of the
 // container its link names. Both containers are locked together in a fixed
 // order; the link is re-read under those locks and the whole step retried if
 // another thread moved the child in between.
 template<typename Record>
-bool moveInto(VeskBuddy const& container, Record& record, VeskBuddy const& child)
+bool moveInto(VeskBuddy const& container, Record* record, VeskBuddy const& child)
 {
+    if (!record)
+        return false;
     for (;;) {
         VeskBuddy const previous = readLink(child);
         bool const elsewhere = previous != container;
-        PairLocker locker(&record.mutex, elsewhere ? containerMutex(previous) : nullptr);
-        if (VeskBuddyChildren::contains(record, child))
+        PairLocker locker(&record->mutex, elsewhere ? containerMutex(previous) : nullptr);
+        if (VeskBuddyChildren::contains(*record, child))
             return false;
         if (!replaceLink(child, previous, container))
             continue;
         if (elsewhere)
             removeFromContainer(previous, child);
-        VeskBuddyChildren::appendNew(record, child);
+        VeskBuddyChildren::appendNew(*record, child);
         return true;
     }
 }
 
-// Containers are walked on a copy of their list, taken under the lock and
-// read without it, so that looking into nested meta-contacts never holds two
-// locks.
+// Appends a meta-contact, merged or temporary entry and points its link here;
+// the container it was in is not told.
 template<typename Record>
-QList<VeskBuddy> snapshot(Record& record)
+bool appendLinked(VeskBuddy const& container, Record* record, VeskBuddy const& child)
 {
-    QMutexLocker locker(&record.mutex);
-    return record.children;
+    return underLock(record, false, [&container, &child](Record& locked) {
+        if (!VeskBuddyChildren::appendNew(locked, child))
+            return false;
+        setLink(child, container);
+        return true;
+    });
+}
+
+template<typename Record>
+VeskBuddy takeChildAt(Record* record, int index)
+{
+    return underLock(record, VeskBuddy(), [index](Record& locked) {
+        return VeskBuddyChildren::takeAt(locked, index);
+    });
+}
+
+template<typename Record>
+VeskBuddy childAt(Record* record, int index)
+{
+    return underLock(record, VeskBuddy(), [index](Record& locked) {
+        return VeskBuddyChildren::at(locked, index);
+    });
+}
+
+template<typename Record>
+int countChildren(Record* record)
+{
+    return underLock(record, -1, [](Record& locked) { return int(locked.children.size()); });
 }
 
 bool listHoldsContact(QList<VeskBuddy> const& children, VeskBuddyContact const& contact,
@@ -279,17 +317,30 @@ bool listHoldsContact(QList<VeskBuddy> const& children, VeskBuddyContact const& 
     return false;
 }
 
-template<typename Match>
-int countContacts(VeskBuddyGroupPrivate& record, Match&& match)
+// Containers are walked on a copy of their list, taken under the lock and
+// read without it, so that looking into nested meta-contacts never holds two
+// locks.
+template<typename Record>
+bool holdsContact(Record* record, VeskBuddyContact const& contact, bool lookIntoMetas)
 {
-    QMutexLocker locker(&record.mutex);
-    int count = 0;
-    for (VeskBuddy const& child : std::as_const(record.children)) {
-        if (child.getType() == VeskBuddy::Contact
-            && match(VeskBuddyContact(child).getPresence().getFlag()))
-            ++count;
-    }
-    return count;
+    QList<VeskBuddy> const children = underLock(record, QList<VeskBuddy>(), [](Record& locked) {
+        return locked.children;
+    });
+    return listHoldsContact(children, contact, lookIntoMetas);
+}
+
+template<typename Match>
+int countContacts(VeskBuddyGroupPrivate* record, Match&& match)
+{
+    return underLock(record, -1, [&match](VeskBuddyGroupPrivate& locked) {
+        int count = 0;
+        for (VeskBuddy const& child : std::as_const(locked.children)) {
+            if (child.getType() == VeskBuddy::Contact
+                && match(VeskBuddyContact(child).getPresence().getFlag()))
+                ++count;
+        }
+        return count;
+    });
 }
 
 } // namespace
@@ -329,23 +380,14 @@ VeskBuddyGroupPrivate* VeskBuddyGroup::data() const
 
 bool VeskBuddyGroup::addBuddy(VeskBuddy const& buddy)
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return false;
     switch (buddy.getType()) {
     case Contact:
     case Custom:
-        return moveInto(*this, *record, buddy);
+        return moveInto(*this, data(), buddy);
     case Meta:
     case Merged:
-    case Temporary: {
-        // These take the new link without their previous container being told.
-        QMutexLocker locker(&record->mutex);
-        if (!VeskBuddyChildren::appendNew(*record, buddy))
-            return false;
-        setLink(buddy, *this);
-        return true;
-    }
+    case Temporary:
+        return appendLinked(*this, data(), buddy);
     case Group:
     case Invalid:
         break;
@@ -355,104 +397,77 @@ bool VeskBuddyGroup::addBuddy(VeskBuddy const& buddy)
 
 int VeskBuddyGroup::removeBuddy(VeskBuddy const& buddy)
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return -1;
-    QMutexLocker locker(&record->mutex);
-    if (clearLinkIf(buddy, *this) && buddy.getType() == Meta) {
-        for (auto it = record->metas.begin(); it != record->metas.end(); ++it) {
-            if (it.value() == buddy) {
-                record->metas.erase(it);
-                break;
+    return underLock(data(), -1, [this, &buddy](VeskBuddyGroupPrivate& record) {
+        if (clearLinkIf(buddy, *this) && buddy.getType() == Meta) {
+            for (auto it = record.metas.begin(); it != record.metas.end(); ++it) {
+                if (it.value() == buddy) {
+                    record.metas.erase(it);
+                    break;
+                }
             }
         }
-    }
-    return VeskBuddyChildren::removeAll(*record, buddy);
+        return VeskBuddyChildren::removeAll(record, buddy);
+    });
 }
 
 VeskBuddy VeskBuddyGroup::removeAt(int index)
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return VeskBuddy();
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::takeAt(*record, index);
+    return takeChildAt(data(), index);
 }
 
 VeskBuddyMeta VeskBuddyGroup::addMeta(QString const& name)
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return VeskBuddyMeta();
-    QMutexLocker locker(&record->mutex);
-    auto const found = record->metas.constFind(name);
-    if (found != record->metas.constEnd())
-        return found.value();
-    VeskBuddyMeta meta(name);
-    if (!meta.isValid())
+    return underLock(data(), VeskBuddyMeta(), [this, &name](VeskBuddyGroupPrivate& record) {
+        auto const found = record.metas.constFind(name);
+        if (found != record.metas.constEnd())
+            return found.value();
+        VeskBuddyMeta meta(name);
+        if (!meta.isValid())
+            return meta;
+        setLink(meta, *this);
+        record.metas.insert(name, meta);
+        VeskBuddyChildren::appendNew(record, meta);
         return meta;
-    setLink(meta, *this);
-    record->metas.insert(name, meta);
-    VeskBuddyChildren::appendNew(*record, meta);
-    return meta;
+    });
 }
 
 VeskBuddy VeskBuddyGroup::buddyAt(int index) const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return VeskBuddy();
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::at(*record, index);
+    return childAt(data(), index);
 }
 
 int VeskBuddyGroup::childCount() const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return -1;
-    QMutexLocker locker(&record->mutex);
-    return record->children.size();
+    return countChildren(data());
 }
 
 int VeskBuddyGroup::onlineChildCount() const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return -1;
-    return countContacts(*record, [](VeskPresence::Flag flag) { return flag != VeskPresence::Offline; });
+    return countContacts(data(), [](VeskPresence::Flag flag) { return flag != VeskPresence::Offline; });
 }
 
 int VeskBuddyGroup::statusChildCount(VeskPresence::Flag flag) const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return -1;
-    return countContacts(*record, [flag](VeskPresence::Flag other) { return other == flag; });
+    return countContacts(data(), [flag](VeskPresence::Flag other) { return other == flag; });
 }
 
 bool VeskBuddyGroup::containsBuddy(VeskBuddy const& buddy) const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return false;
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::contains(*record, buddy);
+    return underLock(data(), false, [&buddy](VeskBuddyGroupPrivate& record) {
+        return VeskBuddyChildren::contains(record, buddy);
+    });
 }
 
 bool VeskBuddyGroup::containsContact(VeskBuddyContact const& contact) const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    return record && listHoldsContact(snapshot(*record), contact, true);
+    return holdsContact(data(), contact, true);
 }
 
 bool VeskBuddyGroup::containsMeta(QString const& name) const
 {
-    VeskBuddyGroupPrivate* const record = data();
-    if (!record)
-        return false;
-    QMutexLocker locker(&record->mutex);
-    return record->metas.contains(name);
+    return underLock(data(), false, [&name](VeskBuddyGroupPrivate& record) {
+        return record.metas.contains(name);
+    });
 }
 
 bool VeskBuddyGroup::isExpanded() const
@@ -495,20 +510,12 @@ VeskBuddyMetaPrivate* VeskBuddyMeta::data() const
 
 bool VeskBuddyMeta::addBuddy(VeskBuddy const& buddy)
 {
-    VeskBuddyMetaPrivate* const record = data();
-    if (!record)
-        return false;
     switch (buddy.getType()) {
     case Contact:
     case Custom:
-        return moveInto(*this, *record, buddy);
-    case Merged: {
-        QMutexLocker locker(&record->mutex);
-        if (!VeskBuddyChildren::appendNew(*record, buddy))
-            return false;
-        setLink(buddy, *this);
-        return true;
-    }
+        return moveInto(*this, data(), buddy);
+    case Merged:
+        return appendLinked(*this, data(), buddy);
     case Invalid:
     case Group:
     case Meta:
@@ -520,44 +527,29 @@ bool VeskBuddyMeta::addBuddy(VeskBuddy const& buddy)
 
 int VeskBuddyMeta::removeBuddy(VeskBuddy const& buddy)
 {
-    VeskBuddyMetaPrivate* const record = data();
-    if (!record)
-        return -1;
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::removeAll(*record, buddy);
+    return underLock(data(), -1, [&buddy](VeskBuddyMetaPrivate& record) {
+        return VeskBuddyChildren::removeAll(record, buddy);
+    });
 }
 
 VeskBuddy VeskBuddyMeta::removeAt(int index)
 {
-    VeskBuddyMetaPrivate* const record = data();
-    if (!record)
-        return VeskBuddy();
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::takeAt(*record, index);
+    return takeChildAt(data(), index);
 }
 
 VeskBuddy VeskBuddyMeta::buddyAt(int index) const
 {
-    VeskBuddyMetaPrivate* const record = data();
-    if (!record)
-        return VeskBuddy();
-    QMutexLocker locker(&record->mutex);
-    return VeskBuddyChildren::at(*record, index);
+    return childAt(data(), index);
 }
 
 int VeskBuddyMeta::childCount() const
 {
-    VeskBuddyMetaPrivate* const record = data();
-    if (!record)
-        return -1;
-    QMutexLocker locker(&record->mutex);
-    return record->children.size();
+    return countChildren(data());
 }
 
 bool VeskBuddyMeta::containsContact(VeskBuddyContact const& contact) const
 {
-    VeskBuddyMetaPrivate* const record = data();
-    return record && listHoldsContact(snapshot(*record), contact, false);
+    return holdsContact(data(), contact, false);
 }
 
 bool VeskBuddyMeta::isExpanded() const
