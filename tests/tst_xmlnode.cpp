@@ -3,173 +3,121 @@
 #include <QtCore/QDebug>
 #include <QtTest/QtTest>
 
-#include <algorithm>
+#include <cstddef>
+
+static QString operator""_q(char const* text, std::size_t size)
+{
+    return QString::fromUtf8(text, int(size));
+}
 
 class TestXmlNode : public QObject
 {
     Q_OBJECT
 private slots:
-    void buildsTreeSeenThroughParent();
-    void ownDataExcludesChildText();
+    void treeAndOwnData();
     void attributes();
-    void deterministicText();
-    void parsing();
-    void appendChild();
-    void identity();
-    void debugText();
+    void textParsingAndDebug();
+    void appendChildAndIdentity();
 };
 
-void TestXmlNode::buildsTreeSeenThroughParent()
+void TestXmlNode::treeAndOwnData()
 {
-    VeskXmlNode root(QStringLiteral("fieldlist"));
-    VeskXmlNode field = root.addChild(QStringLiteral("field"));
-    field.addChild(QStringLiteral("id")).insertData(QStringLiteral("idle"));
-    field.setAttribute(QStringLiteral("type"), QStringLiteral("spinbox"));
-    VeskXmlNode second(QStringLiteral("field"), QStringLiteral("two"), &root);
+    VeskXmlNode root("list"_q);
+    VeskXmlNode field = root.addChild("field"_q);
+    field.addChild("id"_q).insertData("idle"_q);
+    field.setAttribute("type"_q, "spinbox"_q);
+    VeskXmlNode const second("field"_q, "two"_q, &root);
+    QCOMPARE(root.getChildNodes(), (QList<VeskXmlNode>{field, second}));
+    QCOMPARE(root.toString(),
+             R"(<list><field type="spinbox"><id>idle</id></field><field>two</field></list>)"_q);
+    QVERIFY(root.getChild("missing"_q).isNull() && VeskXmlNode(QString()).isNull());
+    QCOMPARE(field.addChild("string"_q, QString()).toString(), "<string/>"_q);
 
-    QList<VeskXmlNode> const children = root.getChildNodes();
-    QCOMPARE(children.size(), 2);
-    QCOMPARE(children.at(0).getChild(QStringLiteral("id")).getData(), QStringLiteral("idle"));
-    QCOMPARE(children.at(0).getAttribute(QStringLiteral("type")), QStringLiteral("spinbox"));
-    QCOMPARE(children.at(1).getData(), QStringLiteral("two"));
-    QCOMPARE(children.at(1).name(), QStringLiteral("field"));
-
-    VeskXmlNode const empty = field.addChild(QStringLiteral("string"), QString());
-    QVERIFY(!empty.hasData());
-    QCOMPARE(empty.toString(), QStringLiteral("<string/>"));
-    QVERIFY(root.getChild(QStringLiteral("missing")).isNull());
-    QVERIFY(VeskXmlNode(QString()).isNull());
-
-    VeskXmlNode null;
-    null.setAttribute(QStringLiteral("a"), 1);
-    QVERIFY(null.addChild(QStringLiteral("x")).isNull() && !null.hasAttribute(QStringLiteral("a")));
-    QVERIFY(null.getData().isEmpty() && null.toString().isEmpty());
-}
-
-void TestXmlNode::ownDataExcludesChildText()
-{
-    VeskXmlNode field(QStringLiteral("field"));
-    field.addChild(QStringLiteral("id"), QStringLiteral("img"));
-    field.insertData(QStringLiteral("abc"));
-    QCOMPARE(field.getData(), QStringLiteral("abc"));
-    field.insertData(QStringLiteral("def"));
-    QCOMPARE(field.getData(), QStringLiteral("def"));
+    // Own text only: replacing it leaves the text of child elements alone.
+    field.insertData("abc"_q);
+    field.insertData("def"_q);
+    QCOMPARE(field.getData(), "def"_q);
     field.insertData(QString());
     QVERIFY(!field.hasData());
-    QCOMPARE(field.getChild(QStringLiteral("id")).getData(), QStringLiteral("img"));
+    QCOMPARE(field.getChild("id"_q).getData(), "idle"_q);
+    QCOMPARE(VeskXmlNode::fromString("<a>x<b>z</b><![CDATA[<y>]]></a>"_q).getData(), "x<y>"_q);
 
-    VeskXmlNode const parsed =
-        VeskXmlNode::fromString(QStringLiteral("<a>x<b>z</b><![CDATA[<y>]]></a>"));
-    QCOMPARE(parsed.getData(), QStringLiteral("x<y>"));
+    VeskXmlNode null;
+    null.setAttribute("a"_q, 1);
+    QVERIFY(null.addChild("x"_q).isNull() && !null.hasAttribute("a"_q) && null.toString().isEmpty());
 }
 
 void TestXmlNode::attributes()
 {
-    VeskXmlNode node(QStringLiteral("field"));
-    node.setAttribute(QStringLiteral("max"), 60);
-    node.setAttribute(QStringLiteral("min"), -7);
-    node.setAttribute(QStringLiteral("max"), 5);
-    QCOMPARE(node.getAttribute(QStringLiteral("max")), QStringLiteral("5"));
-    QCOMPARE(node.getAttribute(QStringLiteral("min")).toInt(), -7);
-
+    VeskXmlNode node("field"_q);
+    node.setAttribute("max"_q, 5);
+    QCOMPARE(node.getAttribute("max"_q), "5"_q);
     for (double const v : {0.1, 1.0 / 3.0, -2.5e-300, 1e300, 123456789.125}) {
-        node.setAttribute(QStringLiteral("val"), v);
-        bool ok = false;
-        QVERIFY(node.getAttribute(QStringLiteral("val")).toDouble(&ok) == v && ok);
+        node.setAttribute("val"_q, v);
+        QVERIFY(node.getAttribute("val"_q).toDouble() == v); // exactly, not nearly
     }
+    QCOMPARE(node.getAttribute("nope"_q, "d"_q), "d"_q);
 
-    QVERIFY(!node.hasAttribute(QStringLiteral("nope")));
-    QCOMPARE(node.getAttribute(QStringLiteral("nope"), QStringLiteral("d")), QStringLiteral("d"));
-
-    QString const ns = QStringLiteral("urn:a");
-    node.setAttribute(QStringLiteral("p:k"), QStringLiteral("v"), ns);
-    QVERIFY(node.hasAttribute(QStringLiteral("p:k"), ns));
-    QVERIFY(!node.hasAttribute(QStringLiteral("p:k"), QStringLiteral("urn:b")));
-    QCOMPARE(node.getAttribute(QStringLiteral("p:k")), QStringLiteral("v"));
-    VeskXmlNode const back = VeskXmlNode::fromString(node.toString());
-    QVERIFY(back.hasAttribute(QStringLiteral("p:k"), ns));
+    node.setAttribute("p:k"_q, "v"_q, "urn:a"_q);
+    QVERIFY(node.hasAttribute("p:k"_q, "urn:a"_q));
+    QVERIFY(!node.hasAttribute("p:k"_q, "urn:b"_q));
+    QCOMPARE(node.getAttribute("p:k"_q), "v"_q);
+    QVERIFY(VeskXmlNode::fromString(node.toString()).hasAttribute("p:k"_q, "urn:a"_q));
 }
 
-void TestXmlNode::deterministicText()
+void TestXmlNode::textParsingAndDebug()
 {
-    auto build = [](bool reversed) {
-        VeskXmlNode root(QStringLiteral("root"));
-        VeskXmlNode field = root.addChild(QStringLiteral("field"));
-        QStringList names = {QStringLiteral("z"), QStringLiteral("a"), QStringLiteral("m")};
-        if (reversed)
-            std::reverse(names.begin(), names.end());
-        for (QString const& n : std::as_const(names))
-            field.setAttribute(n, n + QStringLiteral("\"&<"));
-        field.addChild(QStringLiteral("id"), QStringLiteral("a&b <c>"));
-        root.addChild(QStringLiteral("empty"));
-        return root;
-    };
-    QString const compact = QStringLiteral(
-        "<root><field a=\"a&quot;&amp;&lt;\" m=\"m&quot;&amp;&lt;\" z=\"z&quot;&amp;&lt;\">"
-        "<id>a&amp;b &lt;c&gt;</id></field><empty/></root>");
-    QCOMPARE(build(false).toString(), compact);
-    QCOMPARE(build(true).toString(), compact);
-    QCOMPARE(build(false).toString(2),
-             QStringLiteral("<root>\n  <field a=\"a&quot;&amp;&lt;\" m=\"m&quot;&amp;&lt;\" "
-                            "z=\"z&quot;&amp;&lt;\">\n    <id>a&amp;b &lt;c&gt;</id>\n"
-                            "  </field>\n  <empty/>\n</root>"));
-}
+    // Attributes in name order, whatever order they were set in.
+    VeskXmlNode root("root"_q);
+    VeskXmlNode field = root.addChild("field"_q);
+    for (QString const& name : {"z"_q, "a"_q, "m"_q})
+        field.setAttribute(name, name + "\"&<"_q);
+    field.addChild("id"_q, "a&b <c>"_q);
+    root.addChild("empty"_q);
+    QString const attributes = R"(a="a&quot;&amp;&lt;" m="m&quot;&amp;&lt;" z="z&quot;&amp;&lt;")"_q;
+    QCOMPARE(root.toString(),
+             "<root><field "_q + attributes + "><id>a&amp;b &lt;c&gt;</id></field><empty/></root>"_q);
+    QCOMPARE(root.toString(2), "<root>\n  <field "_q + attributes
+                 + ">\n    <id>a&amp;b &lt;c&gt;</id>\n  </field>\n  <empty/>\n</root>"_q);
 
-void TestXmlNode::parsing()
-{
     for (char const* bad : {"", "<a>", "<a></b>", "not xml", "<a/><b/>", "<a x='1' x='2'/>"})
         QVERIFY2(VeskXmlNode::fromString(QString::fromLatin1(bad)).isNull(), bad);
-
-    VeskXmlNode tree(QStringLiteral("list"));
-    VeskXmlNode item = tree.addChild(QStringLiteral("item"), QStringLiteral("  two\nlines\r"));
-    item.setAttribute(QStringLiteral("v"), QStringLiteral("tab\there\nnl \"q\""));
-    tree.addChild(QStringLiteral("x")).addChild(QStringLiteral("y"), QStringLiteral("1"));
+    // Indenting never changes data or attribute values, however they are spaced.
+    VeskXmlNode item = root.addChild("item"_q, "  two\nlines\r"_q);
+    item.setAttribute("v"_q, "tab\there\nnl \"q\""_q);
     for (int indent : {-1, 0, 3}) {
-        VeskXmlNode const back = VeskXmlNode::fromString(tree.toString(indent));
-        QCOMPARE(back.toString(), tree.toString());
-        QCOMPARE(back.getChild(QStringLiteral("item")).getData(), item.getData());
-        QCOMPARE(back.getChild(QStringLiteral("item")).getAttribute(QStringLiteral("v")),
-                 item.getAttribute(QStringLiteral("v")));
+        VeskXmlNode const back = VeskXmlNode::fromString(root.toString(indent));
+        QCOMPARE(back.toString(), root.toString());
+        QCOMPARE(back.getChild("item"_q).getData(), item.getData());
+        QCOMPARE(back.getChild("item"_q).getAttribute("v"_q), item.getAttribute("v"_q));
     }
+
+    QString text;
+    QDebug(&text).nospace() << VeskXmlNode::fromString("<a k='v'><b/></a>"_q) << VeskXmlNode();
+    QCOMPARE(text, R"(VeskXmlNode(<a k="v"><b/></a>)VeskXmlNode())"_q);
 }
 
-void TestXmlNode::appendChild()
+void TestXmlNode::appendChildAndIdentity()
 {
-    VeskXmlNode list(QStringLiteral("list"));
-    VeskXmlNode field(QStringLiteral("field"));
-    field.addChild(QStringLiteral("id"), QStringLiteral("x"));
+    // From another document: a copy, which later changes to the original do not reach.
+    VeskXmlNode list("list"_q);
+    VeskXmlNode field("field"_q);
+    field.addChild("id"_q, "x"_q);
     list.appendChild(field);
     list.appendChild(VeskXmlNode());
-    field.insertData(QStringLiteral("later"));
-    QCOMPARE(list.toString(), QStringLiteral("<list><field><id>x</id></field></list>"));
-    QVERIFY(list.getChild(QStringLiteral("field")) != field);
+    field.insertData("later"_q);
+    QCOMPARE(list.toString(), "<list><field><id>x</id></field></list>"_q);
 
-    VeskXmlNode a = list.addChild(QStringLiteral("a"));
-    list.appendChild(list.getChild(QStringLiteral("field")));
+    // Within the document: a move; an ancestor is refused.
+    VeskXmlNode a = list.addChild("a"_q);
+    list.appendChild(list.getChild("field"_q));
     QCOMPARE(list.getChildNodes().first(), a);
     a.appendChild(list);
-    QCOMPARE(list.toString(), QStringLiteral("<list><a/><field><id>x</id></field></list>"));
-}
+    QCOMPARE(list.toString(), "<list><a/><field><id>x</id></field></list>"_q);
 
-void TestXmlNode::identity()
-{
-    VeskXmlNode root(QStringLiteral("r"));
-    VeskXmlNode const child = root.addChild(QStringLiteral("c"));
-    VeskXmlNode const copy = child;
-    QVERIFY(root.getChild(QStringLiteral("c")) == child && copy == child);
-    QVERIFY(root.addChild(QStringLiteral("c")) != child);
-    QVERIFY(VeskXmlNode(QStringLiteral("c")) != VeskXmlNode(QStringLiteral("c")));
-    QVERIFY(VeskXmlNode() == VeskXmlNode());
-}
-
-void TestXmlNode::debugText()
-{
-    VeskXmlNode node(QStringLiteral("a"));
-    node.setAttribute(QStringLiteral("k"), QStringLiteral("v"));
-    node.addChild(QStringLiteral("b"));
-    QString text;
-    QDebug(&text).nospace() << node << VeskXmlNode();
-    QCOMPARE(text, QStringLiteral("VeskXmlNode(<a k=\"v\"><b/></a>)VeskXmlNode()"));
+    // Handles are equal when they refer to the same element.
+    QVERIFY(list.getChild("a"_q) == a && list.addChild("a"_q) != a);
+    QVERIFY(VeskXmlNode() == VeskXmlNode() && VeskXmlNode("c"_q) != VeskXmlNode("c"_q));
 }
 
 QTEST_GUILESS_MAIN(TestXmlNode)
