@@ -2,35 +2,18 @@
 
 #include <QtTest/QtTest>
 
+#include "vesktest.h"
+
 #include <cmath>
 #include <limits>
 
 namespace {
 
 // Runs f, which must throw, and returns the exception's text.
-template<typename F>
-QString thrownText(F&& f)
-{
-    try {
-        f();
-    } catch (std::runtime_error const& e) {
-        return QString::fromUtf8(e.what());
-    }
-    return QStringLiteral("<nothing thrown>");
-}
-
 QString conversionText(char const* actual, char const* wanted)
 {
     return QStringLiteral("VeskArg: cannot convert VeskArg::%1 to VeskArg::%2")
         .arg(QLatin1String(actual), QLatin1String(wanted));
-}
-
-template<typename T>
-QString debugText(T const& value)
-{
-    QString out;
-    QDebug(&out) << value;
-    return out;
 }
 
 struct Tracked

@@ -2,6 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include "vesktest.h"
+
 #include <new>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -37,14 +39,6 @@ struct Peek : VeskBuddy
         return peek.d ? peek.d->ref.loadRelaxed() - 1 : 0; // not counting peek
     }
 };
-
-template<typename T>
-QString textOf(T const& value)
-{
-    QString out;
-    QDebug(&out) << value;
-    return out;
-}
 
 QString pointerText(void const* pointer)
 {
@@ -99,8 +93,8 @@ void TestBuddy::kindRecords()
     VeskBuddyType invalid;
     QString const kindText = pointerText(&kind) + QStringLiteral(" VeskBuddyType(\"xmpp\", \"Jabber\") ");
     QString const invalidText = pointerText(&invalid) + QStringLiteral(" VeskBuddyType(\"\", \"\") ");
-    QCOMPARE(textOf(QList<VeskBuddyType*>()), QStringLiteral("QList<VeskBuddyType *> (\n) element count: 0\n "));
-    QCOMPARE(textOf(QList<VeskBuddyType*>{&kind, &invalid}),
+    QCOMPARE(debugText(QList<VeskBuddyType*>()), QStringLiteral("QList<VeskBuddyType *> (\n) element count: 0\n "));
+    QCOMPARE(debugText(QList<VeskBuddyType*>{&kind, &invalid}),
              QStringLiteral("QList<VeskBuddyType *> (\n\t") + kindText + QStringLiteral("\n \t") + invalidText
                  + QStringLiteral("\n ) element count: 2\n "));
 
@@ -284,16 +278,16 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
 
 void TestBuddy::debugTexts()
 {
-    QCOMPARE(textOf(VeskBuddy::Type(7)), QStringLiteral("VeskBuddy:: ")); // one past the last kind
-    QCOMPARE(textOf(VeskBuddy::Temporary), QStringLiteral("VeskBuddy::Temporary "));
-    QCOMPARE(textOf(VeskBuddy()), QStringLiteral("VeskBuddy( Invalid ) "));
+    QCOMPARE(debugText(VeskBuddy::Type(7)), QStringLiteral("VeskBuddy:: ")); // one past the last kind
+    QCOMPARE(debugText(VeskBuddy::Temporary), QStringLiteral("VeskBuddy::Temporary "));
+    QCOMPARE(debugText(VeskBuddy()), QStringLiteral("VeskBuddy( Invalid ) "));
 
     VeskBuddyContact const alice = contact(QStringLiteral("alice@x"), QStringLiteral("Al\"ice"));
     QString const aliceText = QStringLiteral("(\n\tvalid   :true\n\tdisplay :\"Al\"ice\"\n\tid      :\"alice@x\"\n) ");
-    QCOMPARE(textOf(alice), QStringLiteral("VeskBuddyContact") + aliceText);
-    QCOMPARE(textOf(VeskBuddy(alice)), QStringLiteral("VeskBuddyContact") + aliceText + QLatin1Char(' '));
-    QCOMPARE(textOf(VeskBuddyMerged(QStringLiteral("m"), {alice})), QStringLiteral("VeskBuddyMerged") + aliceText);
-    QCOMPARE(textOf(VeskBuddyCustom(QStringLiteral("News"), QString(), QString(), {}, QString(), QString(), QString())),
+    QCOMPARE(debugText(alice), QStringLiteral("VeskBuddyContact") + aliceText);
+    QCOMPARE(debugText(VeskBuddy(alice)), QStringLiteral("VeskBuddyContact") + aliceText + QLatin1Char(' '));
+    QCOMPARE(debugText(VeskBuddyMerged(QStringLiteral("m"), {alice})), QStringLiteral("VeskBuddyMerged") + aliceText);
+    QCOMPARE(debugText(VeskBuddyCustom(QStringLiteral("News"), QString(), QString(), {}, QString(), QString(), QString())),
              QStringLiteral("VeskBuddyCustom(\n\tvalid   :true\n\tdisplay :\"News\"\n\t) "));
 
     VeskAccountConnection account;
@@ -301,8 +295,8 @@ void TestBuddy::debugTexts()
     QString const visitorText = QStringLiteral("VeskBuddyTemporary(\n\tvalid   :true\n\tdisplay :\"guest\"\n"
                                                "\tid      :\"guest\"\n\taccount :")
                                 + pointerText(&account) + QStringLiteral("\n) ");
-    QCOMPARE(textOf(visitor), visitorText);
-    QCOMPARE(textOf(VeskBuddy(visitor)), visitorText + QLatin1Char(' '));
+    QCOMPARE(debugText(visitor), visitorText);
+    QCOMPARE(debugText(VeskBuddy(visitor)), visitorText + QLatin1Char(' '));
 }
 
 QTEST_APPLESS_MAIN(TestBuddy)

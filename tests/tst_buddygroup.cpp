@@ -2,18 +2,12 @@
 
 #include <QtTest/QtTest>
 
+#include "vesktest.h"
+
 #include <chrono>
 #include <future>
 
 namespace {
-
-template<typename T>
-QString textOf(T const& value)
-{
-    QString out;
-    QDebug(&out) << value;
-    return out;
-}
 
 VeskBuddyContact contact(QString const& id, VeskPresenceType* presence = nullptr)
 {
@@ -204,16 +198,16 @@ void TestBuddyGroup::debugTexts()
     auto const cleanup = dismantler(group);
     QString const empty = QStringLiteral("VeskBuddyGroup(\n\tvalid       :true\n\tdisplay     :\"g\"\n\t"
                                          "child count :0\n\texpanded    :false\n) ");
-    QCOMPARE(textOf(group), empty);
-    QCOMPARE(textOf(VeskBuddy(group)), empty + QLatin1Char(' '));
-    QCOMPARE(textOf(VeskBuddyGroup()),
+    QCOMPARE(debugText(group), empty);
+    QCOMPARE(debugText(VeskBuddy(group)), empty + QLatin1Char(' '));
+    QCOMPARE(debugText(VeskBuddyGroup()),
              QStringLiteral("VeskBuddyGroup(\n\tvalid       :false\n\tdisplay     :\"\"\n\t"
                             "child count :-1\n\texpanded    :false\n) "));
 
     VeskBuddyMeta meta = group.addMeta(QStringLiteral("Ann \"A\""));
     QVERIFY(meta.addBuddy(contact(QStringLiteral("a"))));
     meta.data()->expanded = true;
-    QCOMPARE(textOf(meta),
+    QCOMPARE(debugText(meta),
              QStringLiteral("VeskBuddyMeta(\n\tvalid       :true\n\tdisplay     :\"Ann \"A\"\"\n\t"
                             "child count :1\n\texpanded    :true\n) "));
 }

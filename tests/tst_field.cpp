@@ -2,6 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include "vesktest.h"
+
 namespace {
 
 QString const none;
@@ -46,25 +48,6 @@ public:
     }
     bool isEmpty() const override { return false; }
 };
-
-template<typename F>
-QString thrownText(F&& f)
-{
-    try {
-        f();
-    } catch (std::runtime_error const& error) {
-        return QString::fromUtf8(error.what());
-    }
-    return s("<nothing thrown>");
-}
-
-template<typename T>
-QString debugText(T const& value)
-{
-    QString out;
-    QDebug(&out) << value;
-    return out;
-}
 
 VeskXmlNode parse(char const* text)
 {

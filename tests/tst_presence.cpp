@@ -2,17 +2,9 @@
 
 #include <QtTest/QtTest>
 
-namespace {
+#include "vesktest.h"
 
-QString textOf(VeskPresence const& presence)
-{
-    QString out;
-    {
-        QDebug dbg(&out);
-        dbg << presence;
-    }
-    return out;
-}
+namespace {
 
 VeskPresenceType makeType(QString const& id, quint32 priority)
 {
@@ -63,11 +55,11 @@ void TestPresence::equalityAndOrdering()
 
 void TestPresence::debugText()
 {
-    QCOMPARE(textOf(VeskPresence(nullptr, QStringLiteral("x"))), QStringLiteral("VeskPresence( invalid ) "));
+    QCOMPARE(::debugText(VeskPresence(nullptr, QStringLiteral("x"))), QStringLiteral("VeskPresence( invalid ) "));
 
     VeskPresenceType top = makeType(QStringLiteral("chat"), 4294967295u);
     top.display = QStringLiteral("Free \"to\" chat");
-    QCOMPARE(textOf(VeskPresence(&top, QStringLiteral("a\tb"))),
+    QCOMPARE(::debugText(VeskPresence(&top, QStringLiteral("a\tb"))),
              QStringLiteral("VeskPresence(\n"
                             "\tid          : \"chat\"\n"
                             "\tdisplay     : \"Free \"to\" chat\"\n"
