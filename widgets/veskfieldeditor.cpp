@@ -1,6 +1,7 @@
 #include "veskfieldeditor_p.h"
 
 #include <QtGui/QPixmap>
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDoubleSpinBox>
@@ -111,6 +112,9 @@ void VeskFieldEditor::build(VeskField const& field, Hooks const& hooks)
     case VeskField::TextEdit: {
         auto* const text = new QPlainTextEdit;
         text->setTabChangesFocus(true);
+        // A page of settings, not an editor: a few lines, then a scroll bar.
+        text->setMaximumHeight(text->fontMetrics().lineSpacing() * 6
+                               + 2 * (text->frameWidth() + int(text->document()->documentMargin())));
         QObject::connect(text, &QPlainTextEdit::textChanged, hooks.edited);
         m_editor = text;
         break;
