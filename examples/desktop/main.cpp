@@ -61,14 +61,15 @@ bool script(Window& window, DesktopPlugin* plugin)
     bool ok = true;
     VeskBuddyModel* const model = window.model();
     auto find = [model](char const* name) {
-        QModelIndexList const found = model->match(model->index(0, 0), Qt::DisplayRole, QString::fromUtf8(name), 1,
-                                                   Qt::MatchExactly | Qt::MatchRecursive);
-        return found.value(0);
+        return model->match(model->index(0, 0), Qt::DisplayRole, QString::fromUtf8(name), 1,
+                            Qt::MatchExactly | Qt::MatchRecursive)
+            .value(0);
     };
     auto* const proxy = static_cast<QSortFilterProxyModel*>(window.tree()->model());
     window.tree()->setCurrentIndex(proxy->mapFromSource(find("Carol")));
     window.groupChoice()->setCurrentIndex(window.groupChoice()->findText(QStringLiteral("Colleagues")));
-    ok &= check(find("Carol").parent().data().toString() == QStringLiteral("Friends"), "Carol starts in Friends");
+    ok &= check(find("Carol").parent().data().toString() == QStringLiteral("Friends"),
+                "Carol starts in Friends");
     ok &= check(window.moveSelected(), "move Carol to Colleagues");
     ok &= check(find("Carol").parent().data().toString() == QStringLiteral("Colleagues"),
                 "the tree shows Carol under Colleagues");
@@ -85,7 +86,8 @@ bool script(Window& window, DesktopPlugin* plugin)
     QList<VeskField> const page = VeskWait::sendMessage(new Question(Question::Page), plugin).toFieldList();
     bool saved = false;
     for (VeskField const& field : page)
-        saved = saved || (field.getId() == QStringLiteral("nick") && field.getText() == QStringLiteral("Alice A."));
+        saved = saved
+                || (field.getId() == QStringLiteral("nick") && field.getText() == QStringLiteral("Alice A."));
     ok &= check(saved, "the plugin keeps the new nickname");
     ok &= check(window.form()->changedFields().isEmpty(), "nothing is left unsaved");
     return ok;

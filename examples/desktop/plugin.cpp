@@ -13,37 +13,29 @@ DesktopPlugin::~DesktopPlugin() = default;
 
 QList<VeskField> DesktopPlugin::settingsPage()
 {
+    auto t = [](char const* text) { return QString::fromUtf8(text); };
     VeskPluginAction const test(this, &DesktopPlugin::testConnection, {VeskArg("alice@sample")});
-    QString const account = QStringLiteral("Account");
-    QString const away = QStringLiteral("When idle");
-    QString const icons = QStringLiteral("Icon size");
-    QString const files = QStringLiteral("Files");
+    QString const account = t("Account");
+    QString const away = t("When idle");
+    QString const icons = t("Icon size");
+    QString const files = t("Files");
     return {
-        VeskField::image(QStringLiteral("logo"), logoPng(), QStringLiteral("About")),
-        VeskField::label(QStringLiteral("Settings of the sample protocol account alice@sample."),
-                         QStringLiteral("intro"), QStringLiteral("About")),
-        VeskField::lineEdit(QStringLiteral("Nickname"), QStringLiteral("nick"), QStringLiteral("Alice"), 32, account),
-        VeskField::passwordEdit(QStringLiteral("Password"), QStringLiteral("password"), QStringLiteral("secret"),
-                                64, account),
-        VeskField::comboBox(QStringLiteral("Status at login"), QStringLiteral("status"),
-                            {QStringLiteral("online"), QStringLiteral("away"), QStringLiteral("invisible")},
-                            {QStringLiteral("Online"), QStringLiteral("Away"), QStringLiteral("Invisible")},
-                            QStringLiteral("online"), account),
-        VeskField::button(QStringLiteral("Test connection"), QStringLiteral("test"), test, account),
-        VeskField::checkBox(QStringLiteral("Go away when idle"), QStringLiteral("autoaway"), true, away, {}),
-        VeskField::spinBox(QStringLiteral("Idle after"), QStringLiteral("idle"), 120, 1, 10, away,
-                           QStringLiteral(" min")),
-        VeskField::doubleSpinBox(QStringLiteral("Sound volume"), QStringLiteral("volume"), 1.0, 0.0, 0.75, away),
-        VeskField::radioButton(QStringLiteral("Small icons"), QStringLiteral("small"), true, icons, {}),
-        VeskField::radioButton(QStringLiteral("Large icons"), QStringLiteral("large"), false, icons, {}),
-        VeskField::dirEdit(QStringLiteral("Downloads"), QStringLiteral("downloads"), QStringLiteral("/home/alice/Downloads"),
-                           files),
-        VeskField::fileEdit(QStringLiteral("Certificate"), QStringLiteral("cert"),
-                            QStringLiteral("/home/alice/.sample/cert.pem"), files),
-        VeskField::soundEdit(QStringLiteral("Message sound"), QStringLiteral("sound"),
-                             QStringLiteral("/usr/share/sounds/message.wav"), files),
-        VeskField::textEdit(QStringLiteral("Signature"), QStringLiteral("signature"),
-                            QStringLiteral("Sent from the sample client"), QStringLiteral("Messages")),
+        VeskField::image(t("logo"), logoPng(), t("About")),
+        VeskField::label(t("Settings of the sample protocol account alice@sample."), t("intro"), t("About")),
+        VeskField::lineEdit(t("Nickname"), t("nick"), t("Alice"), 32, account),
+        VeskField::passwordEdit(t("Password"), t("password"), t("secret"), 64, account),
+        VeskField::comboBox(t("Status at login"), t("status"), {t("online"), t("away"), t("invisible")},
+                            {t("Online"), t("Away"), t("Invisible")}, t("online"), account),
+        VeskField::button(t("Test connection"), t("test"), test, account),
+        VeskField::checkBox(t("Go away when idle"), t("autoaway"), true, away, {}),
+        VeskField::spinBox(t("Idle after"), t("idle"), 120, 1, 10, away, t(" min")),
+        VeskField::doubleSpinBox(t("Sound volume"), t("volume"), 1.0, 0.0, 0.75, away),
+        VeskField::radioButton(t("Small icons"), t("small"), true, icons, {}),
+        VeskField::radioButton(t("Large icons"), t("large"), false, icons, {}),
+        VeskField::dirEdit(t("Downloads"), t("downloads"), t("/home/alice/Downloads"), files),
+        VeskField::fileEdit(t("Certificate"), t("cert"), t("/home/alice/.sample/cert.pem"), files),
+        VeskField::soundEdit(t("Message sound"), t("sound"), t("/usr/share/sounds/message.wav"), files),
+        VeskField::textEdit(t("Signature"), t("signature"), t("Sent from the sample client"), t("Messages")),
     };
 }
 

@@ -39,7 +39,8 @@ QList<VeskBuddyGroup> sampleContactList(QString const& iconDir)
 
     auto contact = [&](int acc, char const* id, char const* name, char const* presence, char const* text,
                        VeskSubscriptionType const& subscription = VeskSubscriptionType()) {
-        VeskPresence const p(kind.data()->presences.value(QString::fromLatin1(presence)), QString::fromUtf8(text));
+        VeskPresence const p(kind.data()->presences.value(QString::fromLatin1(presence)),
+                             QString::fromUtf8(text));
         return VeskBuddyContact(account(acc), QString::fromLatin1(id), QString::fromUtf8(name), kind, p,
                                 subscription.isValid() ? subscription : both);
     };

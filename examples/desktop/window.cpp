@@ -85,7 +85,8 @@ QWidget* Window::makeSettingsSide()
 void Window::load()
 {
     QList<VeskBuddyGroup> groups;
-    for (VeskArg const& group : VeskWait::sendMessage(new Question(Question::ContactList), m_plugin).toArgList())
+    VeskArg const answer = VeskWait::sendMessage(new Question(Question::ContactList), m_plugin);
+    for (VeskArg const& group : answer.toArgList())
         groups << VeskBuddyGroup(group.toBuddy());
     m_model->setGroups(groups);
     m_groups->clear();
@@ -111,7 +112,8 @@ bool Window::moveSelected()
     moved(args);
     m_tree->expandAll();
     m_tree->setCurrentIndex(m_proxy->mapFromSource(m_model->indexOf(entry)));
-    showStatus(QStringLiteral("Moved %1 to %2").arg(m_model->indexOf(entry).data().toString(), group.getDisplay()));
+    showStatus(QStringLiteral("Moved %1 to %2")
+                   .arg(m_model->indexOf(entry).data().toString(), group.getDisplay()));
     return true;
 }
 
