@@ -24,7 +24,8 @@ struct Roster
     explicit Roster(QString const& iconDir)
         : kind(s("sample"), s("Sample"))
     {
-        for (auto const& [id, priority, flag] : {std::make_tuple("online", 30, 1), std::make_tuple("away", 20, 3),
+        for (auto const& [id, priority, flag] : {std::make_tuple("online", 30, 1),
+                                                 std::make_tuple("away", 20, 3),
                                                  std::make_tuple("offline", 0, int(VeskPresence::Offline))}) {
             auto* const type = new VeskPresenceType;
             type->id = s(id);
@@ -162,7 +163,8 @@ void TestBuddyModel::everyOperationKeepsTheModelSound()
     QVERIFY(model.addBuddy(ann, annWork));
     QVERIFY(model.addBuddy(r.friends, dave));
     QVERIFY(!model.addBuddy(ann, VeskBuddyGroup(s("stray"))));
-    QCOMPARE(rowsOf(inserted).mid(1), (QStringList{s("family:0:0"), s("Ann:0:0"), s("Ann:1:1"), s("friends:1:1")}));
+    QCOMPARE(rowsOf(inserted).mid(1),
+             (QStringList{s("family:0:0"), s("Ann:0:0"), s("Ann:1:1"), s("friends:1:1")}));
     QCOMPARE(dump(model), s("Colleagues[] family[Ann{Ann, Ann (work)}] friends[Alice, Dave, Carol, Bob]"));
 
     // A move is one move signal, and the contact list agrees.
@@ -245,8 +247,8 @@ void TestBuddyModel::rolesAndOrder()
     VeskBuddyContact const nameless = r.contact("zed@home", "", "away");
     VeskBuddyContact const bea = r.contact("bea@home", "bea", "online");
     VeskBuddyContact const cy = r.contact("cy@home", "Cy", "offline");
-    VeskBuddyCustom const feed(s("Feed"), s("feed"), s("sample"), {}, s("News"), m_icons.filePath(s("feed.png")),
-                               QString());
+    VeskBuddyCustom const feed(s("Feed"), s("feed"), s("sample"), {}, s("News"),
+                               m_icons.filePath(s("feed.png")), QString());
     r.friends.addBuddy(cy);
     r.friends.addBuddy(feed);
     r.friends.addBuddy(nameless);
@@ -264,7 +266,8 @@ void TestBuddyModel::rolesAndOrder()
     model.setGroups({r.friends, upper, lower, r.colleagues});
     // Groups by name ignoring case; entries by presence, then by name ignoring
     // case (an entry without a name shows its id), a meta-contact by its best.
-    QCOMPARE(dump(model), s("apes[] Colleagues[] friends[Alice, bea, Both{B1, B2}, zed@home, Cy, Feed] Zoo[]"));
+    QCOMPARE(dump(model),
+             s("apes[] Colleagues[] friends[Alice, bea, Both{B1, B2}, zed@home, Cy, Feed] Zoo[]"));
 
     QModelIndex const a = model.indexOf(alice);
     QCOMPARE(a.data().toString(), s("Alice"));
