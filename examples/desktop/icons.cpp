@@ -46,22 +46,27 @@ bool drawIcons(QString const& dir)
            && ask.save(dir + QStringLiteral("/ask.png")) && feed.save(dir + QStringLiteral("/feed.png"));
 }
 
+// Computed pixel by pixel: the plugin's thread stays out of the raster
+// engine, which hands large fills to QtGui's thread pool.
 QByteArray logoPng()
 {
-    QImage image(180, 40, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    {
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        QLinearGradient gradient(0, 0, 180, 0);
-        gradient.setColorAt(0, QColor(0x2b, 0x5f, 0xb3));
-        gradient.setColorAt(1, QColor(0x5b, 0xc0, 0xbe));
-        painter.setBrush(gradient);
-        painter.setPen(Qt::NoPen);
-        painter.drawRoundedRect(QRectF(0, 0, 180, 40), 8, 8);
-        painter.setBrush(Qt::white);
-        for (int i = 0; i < 3; ++i)
-            painter.drawEllipse(QRectF(14 + i * 22, 12, 16, 16));
+    int const width = 180;
+    int const height = 40;
+    QImage image(width, height, QImage::Format_ARGB32);
+    for (int y = 0; y < height; ++y) {
+        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < width; ++x) {
+            int const t = x * 255 / (width - 1);
+            QRgb pixel = qRgb(0x2b + (0x5b - 0x2b) * t / 255, 0x5f + (0xc0 - 0x5f) * t / 255,
+                              0xb3 + (0xbe - 0xb3) * t / 255);
+            for (int i = 0; i < 3; ++i) {
+                int const dx = x - (22 + i * 22);
+                int const dy = y - 20;
+                if (dx * dx + dy * dy <= 64)
+                    pixel = qRgb(255, 255, 255);
+            }
+            line[x] = pixel;
+        }
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);
