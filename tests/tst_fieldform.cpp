@@ -151,7 +151,7 @@ void TestFieldForm::everyKindGetsItsWidgetAndValue()
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     QCOMPARE(logo->pixmap().size(), QSize(4, 3));
 #else
-    QVERIFY(logo->pixmap() && logo->pixmap()->size() == QSize(4, 3));
+    QCOMPARE(logo->pixmap(Qt::ReturnByValue).size(), QSize(4, 3));
 #endif
     auto* const test = qobject_cast<QPushButton*>(form.editorFor(s("test")));
     QVERIFY(test && test->text() == s("Test"));

@@ -153,7 +153,7 @@ QModelIndex VeskBuddyModel::indexOf(VeskBuddy const& entry) const
 
 VeskBuddy VeskBuddyModel::entry(QModelIndex const& index) const
 {
-    return checkIndex(index, CheckIndexOption::IndexIsValid) ? d->nodeOf(index)->entry : VeskBuddy();
+    return d->owns(index) ? d->nodeOf(index)->entry : VeskBuddy();
 }
 
 QModelIndex VeskBuddyModel::index(int row, int column, QModelIndex const& parent) const
@@ -186,7 +186,7 @@ int VeskBuddyModel::columnCount(QModelIndex const&) const
 
 QVariant VeskBuddyModel::data(QModelIndex const& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!d->owns(index))
         return QVariant();
     VeskBuddy const& entry = d->nodeOf(index)->entry;
     switch (role) {
@@ -229,7 +229,7 @@ QVariant VeskBuddyModel::headerData(int section, Qt::Orientation orientation, in
 
 Qt::ItemFlags VeskBuddyModel::flags(QModelIndex const& index) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!d->owns(index))
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!d->nodeOf(index)->isContainer())

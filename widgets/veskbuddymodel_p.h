@@ -45,6 +45,8 @@ public:
                   VeskBuddyModelNode const* skip) const;
     VeskBuddyModelNode* find(VeskBuddy const& entry, VeskBuddyModelNode* from) const;
     VeskBuddyModelNode* nodeOf(QModelIndex const& index) const;
+    // A valid index of this model.
+    bool owns(QModelIndex const& index) const { return index.isValid() && index.model() == q; }
     QModelIndex indexOf(VeskBuddyModelNode const* node) const;
 
     void insert(VeskBuddyModelNode* parent, std::unique_ptr<VeskBuddyModelNode> node);
