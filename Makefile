@@ -8,8 +8,10 @@ DEPS_COMMON := cmake g++ make pkg-config
 DEPS_QT6 := qt6-base-dev
 DEPS_QT5 := qtbase5-dev
 DEPS_BENCH := libbenchmark-dev
+# The offscreen platform draws text with whatever fonts fontconfig finds.
+DEPS_SCREENSHOT := fonts-dejavu-core
 
-.PHONY: all demo test test-qt5 test-tsan bench deps deps-qt5 deps-bench clean
+.PHONY: all demo test test-qt5 test-tsan bench screenshot deps deps-qt5 deps-bench deps-screenshot clean
 
 all: test
 
@@ -40,6 +42,13 @@ bench: deps-bench
 		if [ -f "$$b" ] && [ -x "$$b" ]; then "$$b" || exit 1; fi; \
 	done
 
+# A picture of vesk-desktop for the README, drawn without a display.
+screenshot: deps-screenshot
+	cmake --preset demo
+	cmake --build --preset demo -j $(JOBS) --target vesk-desktop
+	mkdir -p docs/images
+	QT_QPA_PLATFORM=offscreen ./build/demo/examples/vesk-desktop --screenshot docs/images/desktop.png
+
 deps:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
 
@@ -48,6 +57,9 @@ deps-qt5:
 
 deps-bench:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_BENCH)
+
+deps-screenshot:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_SCREENSHOT)
 
 clean:
 	rm -rf build

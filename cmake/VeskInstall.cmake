@@ -18,3 +18,11 @@ set(VESK_PC_QT_REQUIRES "${VESK_QT}Core ${VESK_QT}Xml")
 configure_file(cmake/vesk_data.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vesk_data.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The widgets companion, when it is built, has its own .pc file.
+if(TARGET vesk_widgets)
+    set(VESK_PC_WIDGETS_REQUIRES "vesk_data ${VESK_QT}Widgets")
+    configure_file(cmake/vesk_widgets.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vesk_widgets.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vesk_widgets.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()

@@ -16,6 +16,16 @@ foreach(file include/vesk/VeskData include/vesk/VeskCore include/vesk/VeskXml
     endif()
 endforeach()
 
+# The widgets companion, when it was built, comes with its header and .pc file.
+if(WITH_WIDGETS)
+    foreach(file include/vesk/VeskWidgets include/vesk/veskfieldform.h include/vesk/veskbuddymodel.h
+                 lib/pkgconfig/vesk_widgets.pc)
+        if(NOT EXISTS ${prefix}/${file})
+            message(FATAL_ERROR "consumer: ${file} was not installed")
+        endif()
+    endforeach()
+endif()
+
 step(${CMAKE_COMMAND} -S ${APP_SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR}
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=${BUILD_TYPE}
     -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
@@ -36,3 +46,13 @@ separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
 step(c++ -std=c++17 -fPIC ${cxx_flags} ${APP_SOURCE_DIR}/main.cpp ${pc_flags}
     -Wl,-rpath,${prefix}/lib -o ${WORK_DIR}/vesk-consumer-pc)
 step(${WORK_DIR}/vesk-consumer-pc)
+
+if(WITH_WIDGETS)
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig
+                ${PKG_CONFIG} --cflags --libs vesk_widgets
+        OUTPUT_VARIABLE widget_flags RESULT_VARIABLE result)
+    if(NOT result EQUAL 0 OR NOT widget_flags MATCHES "-lvesk_widgets")
+        message(FATAL_ERROR "consumer: pkg-config does not know vesk_widgets")
+    endif()
+endif()

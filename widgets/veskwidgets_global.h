@@ -1,0 +1,12 @@
+#ifndef VESKWIDGETS_GLOBAL_H
+#define VESKWIDGETS_GLOBAL_H
+
+#include <QtCore/qglobal.h>
+
+#if defined(VESK_WIDGETS_BUILD)
+#  define VESK_WIDGETS_EXPORT Q_DECL_EXPORT
+#else
+#  define VESK_WIDGETS_EXPORT Q_DECL_IMPORT
+#endif
+
+#endif // VESKWIDGETS_GLOBAL_H
