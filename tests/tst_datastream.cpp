@@ -278,6 +278,14 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::XmlNode) << quint8(1) << QStringLiteral("<a>");
              }),
              corrupt);
+    // Trees are walked recursively, so nodes nest only so deep.
+    for (int depth : {256, 257}) {
+        QString const text = QStringLiteral("<a>").repeated(depth) + QStringLiteral("</a>").repeated(depth);
+        auto const result = read([&text](QDataStream& s) {
+            s << quint8(1) << qint32(VeskArg::XmlNode) << quint8(1) << text;
+        });
+        QCOMPARE(result, depth == 256 ? qMakePair(int(QDataStream::Ok), int(VeskArg::XmlNode)) : corrupt);
+    }
     // Counts larger than the bytes left are refused before anything is
     // allocated for them.
     for (qint32 type : {VeskArg::StringList, VeskArg::ArgList})

@@ -111,8 +111,8 @@ VESK_XML_EXPORT QDebug operator<<(QDebug dbg, VeskXmlNode const& node);
 
 // A version byte and the element with its subtree as XML text (a null
 // string for a null handle). Reading gives the root of a new document of its
-// own; text that is not well-formed sets QDataStream::ReadCorruptData and
-// leaves node null.
+// own; text that is not well-formed, or nests elements more than 256 deep,
+// sets QDataStream::ReadCorruptData and leaves node null.
 VESK_XML_EXPORT QDataStream& operator<<(QDataStream& stream, VeskXmlNode const& node);
 VESK_XML_EXPORT QDataStream& operator>>(QDataStream& stream, VeskXmlNode& node);
 

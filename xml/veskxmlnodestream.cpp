@@ -1,11 +1,38 @@
 #include "veskxmlnode.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QXmlStreamReader>
 
 namespace {
 
 // The same framing as the data library's operators: a leading version byte.
 constexpr quint8 FormatVersion = 1;
+
+// Trees are walked recursively (when written, compared, destroyed), so a
+// stream may not hand over one nested deeper than this.
+constexpr int MaxDepth = 256;
+
+// Measured with the stream reader, which keeps its element stack on the
+// heap, before the text is parsed into a tree.
+bool nestsTooDeep(QString const& text)
+{
+    QXmlStreamReader reader(text);
+    int depth = 0;
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (++depth > MaxDepth)
+                return true;
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        default:
+            break;
+        }
+    }
+    return false;
+}
 
 } // namespace
 
@@ -32,7 +59,7 @@ QDataStream& operator>>(QDataStream& stream, VeskXmlNode& node)
     stream >> text;
     if (stream.status() != QDataStream::Ok || text.isEmpty())
         return stream;
-    VeskXmlNode const read = VeskXmlNode::fromString(text);
+    VeskXmlNode const read = nestsTooDeep(text) ? VeskXmlNode() : VeskXmlNode::fromString(text);
     if (read.isNull())
         stream.setStatus(QDataStream::ReadCorruptData);
     else
