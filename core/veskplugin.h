@@ -3,6 +3,7 @@
 
 #include "veskcore_global.h"
 
+#include <QtCore/QMetaType>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
@@ -37,5 +38,10 @@ public:
     virtual ~VeskTimerReceiver();
     virtual void timerFired(QString name) = 0;
 };
+
+// VeskPlugin* is known to the meta-type system as a QObject pointer; the
+// other two travel in QVariants and queued signals by these declarations.
+Q_DECLARE_METATYPE(VeskAccountConnection*)
+Q_DECLARE_METATYPE(VeskGuiEventsReceiver*)
 
 #endif // VESKPLUGIN_H

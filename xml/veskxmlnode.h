@@ -4,11 +4,13 @@
 #include "veskxml_global.h"
 
 #include <QtCore/QList>
+#include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtXml/QDomDocument>
 #include <QtXml/QDomElement>
 
 QT_BEGIN_NAMESPACE
+class QDataStream;
 class QDebug;
 QT_END_NAMESPACE
 
@@ -106,5 +108,14 @@ private:
 
 // Writes VeskXmlNode(<one-line XML text>).
 VESK_XML_EXPORT QDebug operator<<(QDebug dbg, VeskXmlNode const& node);
+
+// A version byte and the element with its subtree as XML text (a null
+// string for a null handle). Reading gives the root of a new document of its
+// own; text that is not well-formed, or nests elements more than 256 deep,
+// sets QDataStream::ReadCorruptData and leaves node null.
+VESK_XML_EXPORT QDataStream& operator<<(QDataStream& stream, VeskXmlNode const& node);
+VESK_XML_EXPORT QDataStream& operator>>(QDataStream& stream, VeskXmlNode& node);
+
+Q_DECLARE_METATYPE(VeskXmlNode)
 
 #endif // VESKXMLNODE_H

@@ -70,4 +70,6 @@ public:
     static QObject* dispatcher;
 };
 
+Q_DECLARE_METATYPE(VeskPluginAction)
+
 #endif // VESKPLUGINACTION_H

@@ -6,6 +6,7 @@
 
 #include <QtCore/QString>
 
+class QDataStream;
 class QDebug;
 
 // A service a plugin offers, with the action that performs it. Services are
@@ -65,5 +66,25 @@ public:
     qint32 value4;
     QString text;
 };
+
+// Each writes a version byte and the record's members. A service's action
+// points into a running plugin and is not written; a service read back has
+// an invalid action. Reading replaces the record; corrupt or truncated input
+// leaves it default-made and sets the stream's status.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskService const& service);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskService& service);
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, QList<VeskService> const& services);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, QList<VeskService>& services);
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskTextFormat const& format);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskTextFormat& format);
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream,
+                                         QList<VeskTextFormat> const& formats);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, QList<VeskTextFormat>& formats);
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskVideoClip const& clip);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskVideoClip& clip);
+
+Q_DECLARE_METATYPE(VeskService)
+Q_DECLARE_METATYPE(VeskTextFormat)
+Q_DECLARE_METATYPE(VeskVideoClip)
 
 #endif // VESKSERVICE_H

@@ -5,10 +5,13 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
+#include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+class QDataStream;
 class QDebug;
+class QVariant;
 class VeskAccountConnection;
 class VeskBuddy;
 class VeskBuddyResource;
@@ -152,6 +155,21 @@ public:
     // leaves the field as it was; None, Button and a null field take nothing.
     static bool setFieldValue(VeskField& field, VeskArg const& value);
 
+    // The value as a QVariant. Scalars, strings, byte arrays and string lists
+    // become Qt's own types of exactly the same C++ type (a Char a char, a
+    // Float a float), an ArgList a QVariantList of converted elements, and
+    // every other type the meta-type declared for it (a Pointer a void*, a
+    // Plugin a VeskPlugin*, a FieldList a QList<VeskField>, ...). None and
+    // Undefined give an invalid QVariant.
+    QVariant toVariant() const;
+    // The reverse of toVariant(), by the variant's exact type: an int gives
+    // an Int, never an Int64; a float a Float, never a Double. A QVariantList
+    // gives an ArgList of converted elements, and a QList<VeskArg> or a
+    // VeskArg is taken as it is; an entry of any contact-list kind gives a
+    // Buddy. A variant of any other type (long, short, QChar, QDate, ...) and
+    // an invalid one give the None value.
+    static VeskArg fromVariant(QVariant const& variant);
+
 private:
     template<typename Holder, typename T> void construct(Type type, T const& value);
     template<typename Holder> Holder const& holder(Type wanted) const;
@@ -180,5 +198,20 @@ VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskArg const& arg);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskArg::Type type);
 // "(", the values joined by ", ", ")", one blank.
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskArg> const& list);
+
+// A version byte, the type number and the value. Only values that mean the
+// same in another process can be written: pointers, plugins, accounts, GUI
+// receivers, contact-list entries, resources and plugin actions cannot, and
+// writing a value that is or contains one sets QDataStream::WriteFailed and
+// writes nothing. Reading replaces arg whatever type it held; corrupt or
+// truncated input leaves it None and sets the stream's status.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskArg const& arg);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskArg& arg);
+// A version byte, a count and the values.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, QList<VeskArg> const& list);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, QList<VeskArg>& list);
+
+Q_DECLARE_METATYPE(VeskArg)
+Q_DECLARE_METATYPE(VeskArg::Type)
 
 #endif // VESKARG_H

@@ -5,6 +5,7 @@
 
 #include <QtCore/QAtomicInt>
 #include <QtCore/QDebug>
+#include <QtCore/QMetaType>
 #include <QtCore/QString>
 
 class VeskBuddy;
@@ -118,5 +119,8 @@ void tAtomicDetach(T* d)
 
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddy const& buddy);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddy::Type type);
+
+Q_DECLARE_METATYPE(VeskBuddy)
+Q_DECLARE_METATYPE(VeskBuddy::Type)
 
 #endif // VESKBUDDY_H

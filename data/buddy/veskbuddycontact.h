@@ -229,4 +229,9 @@ VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyMerged const& merged);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyCustom const& custom);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyTemporary const& temporary);
 
+Q_DECLARE_METATYPE(VeskBuddyContact)
+Q_DECLARE_METATYPE(VeskBuddyMerged)
+Q_DECLARE_METATYPE(VeskBuddyCustom)
+Q_DECLARE_METATYPE(VeskBuddyTemporary)
+
 #endif // VESKBUDDYCONTACT_H

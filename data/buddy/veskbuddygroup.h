@@ -129,4 +129,7 @@ VESK_DATA_EXPORT bool groupLessThan(VeskBuddy const& a, VeskBuddy const& b);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyGroup const& group);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyMeta const& meta);
 
+Q_DECLARE_METATYPE(VeskBuddyGroup)
+Q_DECLARE_METATYPE(VeskBuddyMeta)
+
 #endif // VESKBUDDYGROUP_H

@@ -125,4 +125,6 @@ public:
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskBuddyType* type);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskBuddyType*> const& types);
 
+Q_DECLARE_METATYPE(VeskBuddyResource)
+
 #endif // VESKBUDDYTYPE_H

@@ -4,8 +4,10 @@
 #include "veskdata_global.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QMetaType>
 #include <QtCore/QString>
 
+class QDataStream;
 class VeskPresenceType;
 
 // How reachable a contact or one of its resources is: a presence type of the
@@ -59,5 +61,15 @@ public:
 };
 
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskPresence const& presence);
+
+// A version byte, the id of the presence type (null without one) and the
+// description. A presence type belongs to a contact kind, so reading a
+// presence that has one needs the kind: see VeskPresenceStreamKind. Without
+// a kind, or with an id the kind does not know, reading sets
+// QDataStream::ReadCorruptData and leaves presence invalid.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskPresence const& presence);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskPresence& presence);
+
+Q_DECLARE_METATYPE(VeskPresence)
 
 #endif // VESKPRESENCE_H

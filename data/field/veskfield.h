@@ -13,6 +13,7 @@
 #include <veskxmlnode.h>
 
 QT_BEGIN_NAMESPACE
+class QDataStream;
 class QDebug;
 QT_END_NAMESPACE
 
@@ -192,6 +193,9 @@ private:
     explicit VeskField(VeskFieldPrivate* record);
     void detach();
 
+    friend VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskField const& field);
+    friend VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskField& field);
+
     VeskFieldPrivate* d;
 };
 
@@ -214,5 +218,19 @@ VESK_DATA_EXPORT size_t qHash(VeskField const& field, size_t seed = 0);
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, VeskField const& field);
 // The fields' texts one after the other, then one blank.
 VESK_DATA_EXPORT QDebug operator<<(QDebug dbg, QList<VeskField> const& fields);
+
+// A version byte, the kind and, for every kind but None, all of the field's
+// members: strings, options, image bytes, limits, value and display flags.
+// A button's action points into a running plugin and is not written; a
+// button read back has no action. Reading replaces field; corrupt or
+// truncated input leaves it null and sets the stream's status.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, VeskField const& field);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, VeskField& field);
+// A version byte, a count and the fields.
+VESK_DATA_EXPORT QDataStream& operator<<(QDataStream& stream, QList<VeskField> const& fields);
+VESK_DATA_EXPORT QDataStream& operator>>(QDataStream& stream, QList<VeskField>& fields);
+
+Q_DECLARE_METATYPE(VeskField)
+Q_DECLARE_METATYPE(VeskField::Type)
 
 #endif // VESKFIELD_H

@@ -4,6 +4,8 @@
 
 #include <VeskData>
 
+#include <QtCore/QDataStream>
+#include <QtCore/QIODevice>
 #include <QtCore/QDebug>
 
 namespace {
@@ -87,6 +89,69 @@ QString const userInput = QStringLiteral(
     "<field type='lineedit' maxlength='64'><id>password</id><string>correct horse</string></field>"
     "</fieldlist>");
 
+// The host keeps the page between runs as bytes. The stream's version is
+// pinned so that a build against another Qt major reads the same bytes.
+QByteArray savePage(QList<VeskField> const& page)
+{
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_5_15);
+    out << page;
+    return out.status() == QDataStream::Ok ? bytes : QByteArray();
+}
+
+QList<VeskField> restorePage(QByteArray const& bytes)
+{
+    QDataStream in(bytes);
+    in.setVersion(QDataStream::Qt_5_15);
+    QList<VeskField> page;
+    in >> page;
+    return in.status() == QDataStream::Ok ? page : QList<VeskField>();
+}
+
+QString statusName(QDataStream::Status status)
+{
+    switch (status) {
+    case QDataStream::Ok: return QStringLiteral("Ok");
+    case QDataStream::ReadPastEnd: return QStringLiteral("ReadPastEnd");
+    case QDataStream::ReadCorruptData: return QStringLiteral("ReadCorruptData");
+    case QDataStream::WriteFailed: return QStringLiteral("WriteFailed");
+    default: return QString::number(int(status));
+    }
+}
+
+void showSavedPage(QList<VeskField> const& page)
+{
+    QByteArray const saved = savePage(page);
+    say(QStringLiteral("  the host saves the page with QDataStream: %1 bytes").arg(saved.size()));
+    QList<VeskField> const restored = restorePage(saved);
+    QStringList differing;
+    for (int i = 0; i < restored.size() && i < page.size(); ++i) {
+        if (restored.at(i) != page.at(i))
+            differing.append(restored.at(i).getId());
+    }
+    say(QStringLiteral("  and restores %1 fields; those not equal to the saved ones: %2")
+            .arg(restored.size())
+            .arg(differing.join(QStringLiteral(", "))));
+    say(QStringLiteral("  (a button's action points into the running plugin and is not saved)"));
+    int const idle = indexOf(restored, QStringLiteral("idle"));
+    if (idle >= 0)
+        say(QStringLiteral("    restored: ") + debugText(restored.at(idle)));
+
+    QByteArray cut = saved.left(saved.size() / 2);
+    QDataStream in(cut);
+    QList<VeskField> partial;
+    in >> partial;
+    say(QStringLiteral("  half of the bytes read back as %1 fields, stream status %2")
+            .arg(partial.size()).arg(statusName(in.status())));
+
+    QByteArray refused;
+    QDataStream out(&refused, QIODevice::WriteOnly);
+    out << VeskArg(QList<VeskArg>{VeskArg(1), VeskArg(static_cast<void*>(&cut))});
+    say(QStringLiteral("  a value holding a pointer is not written: status %1, %2 bytes")
+            .arg(statusName(out.status())).arg(refused.size()));
+}
+
 } // namespace
 
 void showFieldsDemo(SamplePlugin* plugin)
@@ -133,6 +198,8 @@ void showFieldsDemo(SamplePlugin* plugin)
         say(QStringLiteral("  a String for the spin box is refused: %1")
                 .arg(QString::fromUtf8(error.what())));
     }
+
+    showSavedPage(page);
 
     say(QStringLiteral("  the user clicks \"%1\": its action is posted to the dispatcher")
             .arg(page.last().getLabel()));

@@ -1,6 +1,7 @@
 // vesk-demo: a small host, a sample plugin and a worker thread, showing what
 // the data library does from end to end. It ends by itself.
 
+#include "answers.h"
 #include "catalogue.h"
 #include "dispatcher.h"
 #include "fields.h"
@@ -84,6 +85,7 @@ int main(int argc, char** argv)
 
     showArgumentValues();
     showEveryArgumentType(&plugin);
+    showQueuedAnswers(&plugin);
     showFieldsDemo(&plugin);
     showContactList();
 
