@@ -26,6 +26,11 @@ QString vesk_arg_type(VeskArg::Type type)
            + QLatin1String(number < typeCount ? typeNames[number] : "Unknown");
 }
 
+void VeskArgDetail::throwConversion(VeskArg::Type actual, VeskArg::Type wanted)
+{
+    throw vesk_conversion(QStringLiteral("VeskArg"), vesk_arg_type(actual), vesk_arg_type(wanted));
+}
+
 VeskArg::VeskArg() : d(nullptr) {}
 
 VeskArg::VeskArg(char const& value) { construct<Scalar>(Char, value); }
@@ -79,14 +84,19 @@ VeskArg::~VeskArg()
 
 void VeskArg::release()
 {
-    if (!d || d->ref.deref())
+    if (!d)
+        return;
+    // A count of one means that this is the record's only handle, and only
+    // a handle can make another, so no thread can be raising the count: the
+    // record can go without the atomic decrement. The acquiring load sees
+    // what other threads did before they dropped their handles.
+    if (d->ref.loadAcquire() != 1 && d->ref.deref())
         return;
     VeskArgDetail::visit(d->type, [this](auto kind) {
         using Kind = decltype(kind);
         if constexpr (!std::is_same_v<Kind, VeskArgDetail::NoKind>)
-            delete static_cast<typename Kind::Holder*>(d->data);
+            VeskArgDetail::destroy<typename Kind::Holder>(d);
     });
-    delete d;
 }
 
 VeskArg VeskArg::operator=(VeskArg const& other)
@@ -172,7 +182,7 @@ bool VeskArg::operator==(VeskArg const& other) const
         if constexpr (std::is_same_v<Kind, VeskArgDetail::NoKind>)
             return true;
         else
-            return VeskArgDetail::equal(Kind::value(d->data), Kind::value(other.d->data));
+            return VeskArgDetail::equal(Kind::value(d->data()), Kind::value(other.d->data()));
     });
 }
 
