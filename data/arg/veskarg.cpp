@@ -70,19 +70,12 @@ VeskArg::VeskArg(QList<VeskTextFormat> const& value)
     construct<ListData<VeskTextFormat>>(TextFormatList, value);
 }
 
-VeskArg::VeskArg(VeskArg const& other)
-    : d(other.d)
-{
-    if (d)
-        d->ref.ref();
-}
+namespace {
 
-VeskArg::~VeskArg()
-{
-    release();
-}
-
-void VeskArg::release()
+// Drops one handle on d and destroys the record with the last one. A free
+// function rather than the member, so that the destructor calls it
+// directly instead of through the symbol table.
+void releaseRecord(VeskArgPrivate* d)
 {
     if (!d)
         return;
@@ -92,11 +85,35 @@ void VeskArg::release()
     // what other threads did before they dropped their handles.
     if (d->ref.loadAcquire() != 1 && d->ref.deref())
         return;
-    VeskArgDetail::visit(d->type, [this](auto kind) {
+    constexpr quint32 scalars = VeskArgDetail::scalarTypes();
+    if (scalars & (1u << d->type)) {
+        VeskArgPool::deallocate(d);
+        return;
+    }
+    VeskArgDetail::visit(d->type, [d](auto kind) {
         using Kind = decltype(kind);
         if constexpr (!std::is_same_v<Kind, VeskArgDetail::NoKind>)
             VeskArgDetail::destroy<typename Kind::Holder>(d);
     });
+}
+
+} // namespace
+
+VeskArg::VeskArg(VeskArg const& other)
+    : d(other.d)
+{
+    if (d)
+        d->ref.ref();
+}
+
+VeskArg::~VeskArg()
+{
+    releaseRecord(d);
+}
+
+void VeskArg::release()
+{
+    releaseRecord(d);
 }
 
 VeskArg VeskArg::operator=(VeskArg const& other)
@@ -107,7 +124,7 @@ VeskArg VeskArg::operator=(VeskArg const& other)
     if (d != other.d) {
         if (other.d)
             other.d->ref.ref();
-        release();
+        releaseRecord(d);
         d = other.d;
     }
     return *this;

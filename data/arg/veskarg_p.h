@@ -119,7 +119,7 @@ inline bool equal(VeskVideoClip const& a, VeskVideoClip const& b)
 
 // Calls f with the holder kind of `type`.
 template<typename F>
-decltype(auto) visit(VeskArg::Type type, F&& f)
+constexpr decltype(auto) visit(VeskArg::Type type, F&& f)
 {
     switch (type) {
     case VeskArg::Char: return f(ScalarKind<char>());
@@ -188,6 +188,21 @@ void destroy(VeskArgPrivate* d) noexcept
         VeskArgPool::deallocate(d);
     else
         ::operator delete(d);
+}
+
+template<typename Kind> struct IsScalarKind : std::false_type {};
+template<typename V> struct IsScalarKind<ScalarKind<V>> : std::true_type {};
+
+// One bit for every type whose value sits in the scalar cell: releasing
+// such a value only gives its block back.
+constexpr quint32 scalarTypes()
+{
+    quint32 mask = 0;
+    for (int type = 0; type < 32; ++type) {
+        if (visit(VeskArg::Type(type), [](auto kind) { return IsScalarKind<decltype(kind)>::value; }))
+            mask |= 1u << type;
+    }
+    return mask;
 }
 
 // Kept out of line so that the conversions stay small.
