@@ -209,9 +209,13 @@ void invokeQueuedFunctor(benchmark::State& state)
 {
     Target target;
     Target* const receiver = &target;
+    // The functor carries the three values, as the action's event does.
+    int const number = postedNumber;
+    QString const text = postedText;
+    bool const flag = true;
     for (auto _ : state) {
         QMetaObject::invokeMethod(
-            receiver, [receiver] { receiver->takeValues(postedNumber, postedText, true); },
+            receiver, [receiver, number, text, flag] { receiver->takeValues(number, text, flag); },
             Qt::QueuedConnection);
         QCoreApplication::sendPostedEvents();
     }
