@@ -155,10 +155,6 @@ constexpr decltype(auto) visit(VeskArg::Type type, F&& f)
     }
 }
 
-} // namespace VeskArgDetail
-
-namespace VeskArgDetail {
-
 // Whether the record and the holder fit one block of the per-thread cache;
 // the few larger holders take a block of their own size from the heap.
 template<typename Holder>
