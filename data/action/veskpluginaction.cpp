@@ -4,6 +4,16 @@
 
 QObject* VeskCallActionEvent::dispatcher = nullptr;
 
+namespace {
+
+void post(VeskPlugin* plugin, VeskPluginAction::Method method, QList<VeskArg> const& args)
+{
+    QCoreApplication::postEvent(VeskCallActionEvent::dispatcher,
+                                new VeskCallActionEvent(plugin, method, args));
+}
+
+} // namespace
+
 VeskPluginAction::VeskPluginAction()
     : plugin(nullptr)
     , method(nullptr)
@@ -49,16 +59,15 @@ void VeskPluginAction::operator()(QList<VeskArg>& args) const
         return;
     if (args.isEmpty())
         args = actionData;
-    QCoreApplication::postEvent(VeskCallActionEvent::dispatcher,
-                                new VeskCallActionEvent(plugin, method, args));
+    post(plugin, method, args);
 }
 
 void VeskPluginAction::operator()() const
 {
-    if (!isValid())
-        return;
-    QList<VeskArg> args;
-    (*this)(args);
+    // What invoking with an empty list would post, without the list that
+    // would only be filled and dropped again.
+    if (isValid())
+        post(plugin, method, actionData);
 }
 
 VeskCallActionEvent::VeskCallActionEvent(VeskPlugin* plugin, VeskPluginAction::Method method,

@@ -80,7 +80,8 @@ VeskArg VeskWait::sendMessage(VeskWaitEvent* event, QObject* receiver)
         delete event;
     }
 
-    QList<VeskArg> const values = waitObject->getRetValue();
+    // The first value, or None when the receiver stored none.
+    VeskArg const answer = waitObject->retValues.value(0);
     delete waitObject;
-    return values.isEmpty() ? VeskArg() : values.first();
+    return answer;
 }

@@ -26,6 +26,11 @@ QString vesk_arg_type(VeskArg::Type type)
            + QLatin1String(number < typeCount ? typeNames[number] : "Unknown");
 }
 
+void VeskArgDetail::throwConversion(VeskArg::Type actual, VeskArg::Type wanted)
+{
+    throw vesk_conversion(QStringLiteral("VeskArg"), vesk_arg_type(actual), vesk_arg_type(wanted));
+}
+
 VeskArg::VeskArg() : d(nullptr) {}
 
 VeskArg::VeskArg(char const& value) { construct<Scalar>(Char, value); }
@@ -65,6 +70,35 @@ VeskArg::VeskArg(QList<VeskTextFormat> const& value)
     construct<ListData<VeskTextFormat>>(TextFormatList, value);
 }
 
+namespace {
+
+// Drops one handle on d and destroys the record with the last one. A free
+// function rather than the member, so that the destructor calls it
+// directly instead of through the symbol table.
+void releaseRecord(VeskArgPrivate* d)
+{
+    if (!d)
+        return;
+    // A count of one means that this is the record's only handle, and only
+    // a handle can make another, so no thread can be raising the count: the
+    // record can go without the atomic decrement. The acquiring load sees
+    // what other threads did before they dropped their handles.
+    if (d->ref.loadAcquire() != 1 && d->ref.deref())
+        return;
+    constexpr quint32 scalars = VeskArgDetail::scalarTypes();
+    if (scalars & (1u << d->type)) {
+        VeskArgPool::deallocate(d);
+        return;
+    }
+    VeskArgDetail::visit(d->type, [d](auto kind) {
+        using Kind = decltype(kind);
+        if constexpr (!std::is_same_v<Kind, VeskArgDetail::NoKind>)
+            VeskArgDetail::destroy<typename Kind::Holder>(d);
+    });
+}
+
+} // namespace
+
 VeskArg::VeskArg(VeskArg const& other)
     : d(other.d)
 {
@@ -74,19 +108,12 @@ VeskArg::VeskArg(VeskArg const& other)
 
 VeskArg::~VeskArg()
 {
-    release();
+    releaseRecord(d);
 }
 
 void VeskArg::release()
 {
-    if (!d || d->ref.deref())
-        return;
-    VeskArgDetail::visit(d->type, [this](auto kind) {
-        using Kind = decltype(kind);
-        if constexpr (!std::is_same_v<Kind, VeskArgDetail::NoKind>)
-            delete static_cast<typename Kind::Holder*>(d->data);
-    });
-    delete d;
+    releaseRecord(d);
 }
 
 VeskArg VeskArg::operator=(VeskArg const& other)
@@ -97,7 +124,7 @@ VeskArg VeskArg::operator=(VeskArg const& other)
     if (d != other.d) {
         if (other.d)
             other.d->ref.ref();
-        release();
+        releaseRecord(d);
         d = other.d;
     }
     return *this;
@@ -172,7 +199,7 @@ bool VeskArg::operator==(VeskArg const& other) const
         if constexpr (std::is_same_v<Kind, VeskArgDetail::NoKind>)
             return true;
         else
-            return VeskArgDetail::equal(Kind::value(d->data), Kind::value(other.d->data));
+            return VeskArgDetail::equal(Kind::value(d->data()), Kind::value(other.d->data()));
     });
 }
 

@@ -22,11 +22,18 @@
 
 #include <veskexception.h>
 
-struct VeskArgPrivate
+#include "veskargpool_p.h"
+
+// The shared record. It and the value's holder sit in one block: the
+// holder starts right after this header, so building a value costs one
+// allocation, and reading one follows a single pointer.
+struct alignas(8) VeskArgPrivate
 {
     VeskArg::Type type;
     QAtomicInt ref;
-    void* data;
+
+    void* data() { return this + 1; }
+    void const* data() const { return this + 1; }
 };
 
 // The plain cell shared by every scalar and pointer type; the value sits at
@@ -112,7 +119,7 @@ inline bool equal(VeskVideoClip const& a, VeskVideoClip const& b)
 
 // Calls f with the holder kind of `type`.
 template<typename F>
-decltype(auto) visit(VeskArg::Type type, F&& f)
+constexpr decltype(auto) visit(VeskArg::Type type, F&& f)
 {
     switch (type) {
     case VeskArg::Char: return f(ScalarKind<char>());
@@ -148,24 +155,70 @@ decltype(auto) visit(VeskArg::Type type, F&& f)
     }
 }
 
+// Whether the record and the holder fit one block of the per-thread cache;
+// the few larger holders take a block of their own size from the heap.
+template<typename Holder>
+constexpr bool pooled()
+{
+    static_assert(alignof(Holder) <= alignof(VeskArgPrivate), "the holder follows the header");
+    return sizeof(VeskArgPrivate) + sizeof(Holder) <= VeskArgPool::BlockSize;
+}
+
+template<typename Holder>
+void* allocateBlock() noexcept
+{
+    if constexpr (pooled<Holder>())
+        return VeskArgPool::allocate();
+    else
+        return ::operator new(sizeof(VeskArgPrivate) + sizeof(Holder), std::nothrow);
+}
+
+// Destroys the holder of a record whose last handle has gone, then frees
+// the block.
+template<typename Holder>
+void destroy(VeskArgPrivate* d) noexcept
+{
+    static_cast<Holder*>(d->data())->~Holder();
+    d->~VeskArgPrivate();
+    if constexpr (pooled<Holder>())
+        VeskArgPool::deallocate(d);
+    else
+        ::operator delete(d);
+}
+
+template<typename Kind> struct IsScalarKind : std::false_type {};
+template<typename V> struct IsScalarKind<ScalarKind<V>> : std::true_type {};
+
+// One bit for every type whose value sits in the scalar cell: releasing
+// such a value only gives its block back.
+constexpr quint32 scalarTypes()
+{
+    quint32 mask = 0;
+    for (int type = 0; type < 32; ++type) {
+        if (visit(VeskArg::Type(type), [](auto kind) { return IsScalarKind<decltype(kind)>::value; }))
+            mask |= 1u << type;
+    }
+    return mask;
+}
+
+// Kept out of line so that the conversions stay small.
+[[noreturn]] Q_DECL_COLD_FUNCTION void throwConversion(VeskArg::Type actual, VeskArg::Type wanted);
+
 } // namespace VeskArgDetail
 
-// Builds the record in the order that leaves nothing behind on failure:
-// record first, then its holder, then the value, and the type last.
+// Builds the record in the order that leaves nothing behind on failure: the
+// block first, then its holder, then the value, and the type last.
 template<typename Holder, typename T>
 void VeskArg::construct(Type type, T const& value)
 {
-    d = new (std::nothrow) VeskArgPrivate;
-    if (!d)
-        throw vesk_oom(QStringLiteral("VeskArg"));
-    d->ref.storeRelaxed(1);
-    Holder* holder = new (std::nothrow) Holder();
-    if (!holder) {
-        delete d;
+    void* const block = VeskArgDetail::allocateBlock<Holder>();
+    if (Q_UNLIKELY(!block)) {
         d = nullptr;
         throw vesk_oom(QStringLiteral("VeskArg"));
     }
-    d->data = holder;
+    d = new (block) VeskArgPrivate;
+    d->ref.storeRelaxed(1);
+    Holder* const holder = new (d->data()) Holder();
     holder->store(value);
     d->type = type;
 }
@@ -173,9 +226,9 @@ void VeskArg::construct(Type type, T const& value)
 template<typename Holder>
 Holder const& VeskArg::holder(Type wanted) const
 {
-    if (!d || d->type != wanted)
-        throw vesk_conversion(QStringLiteral("VeskArg"), vesk_arg_type(getType()), vesk_arg_type(wanted));
-    return *static_cast<Holder const*>(d->data);
+    if (Q_UNLIKELY(!d || d->type != wanted))
+        VeskArgDetail::throwConversion(getType(), wanted);
+    return *static_cast<Holder const*>(d->data());
 }
 
 #endif // VESKARG_P_H

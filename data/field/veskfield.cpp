@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 #include <veskexception.h>
 
@@ -720,23 +721,45 @@ QList<VeskField> VeskField::fromXml(QList<VeskField> const& fields, VeskXmlNode 
         return result;
 
     // Each "field" element is used up by the first field with its id, which
-    // takes every element with that id in document order. Grouping the
-    // elements by id once gives each field its elements without scanning the
-    // whole list again.
-    QHash<QString, QList<VeskXmlNode>> byId;
-    for (VeskXmlNode const& child : node.getChildNodes()) {
+    // takes every element with that id in document order. The elements are
+    // grouped by id once, as chains of positions in the child list, so that
+    // each field finds its elements without scanning the whole list again
+    // and grouping copies no element and allocates nothing per id.
+    struct Chain
+    {
+        int first;
+        int last;
+    };
+    QList<VeskXmlNode> const children = node.getChildNodes();
+    QHash<QString, Chain> byId;
+    byId.reserve(int(children.size()));
+    std::vector<int> next(size_t(children.size()), -1);
+    for (int i = 0; i < int(children.size()); ++i) {
+        VeskXmlNode const& child = children.at(i);
         if (child.name() != QLatin1String("field"))
             continue;
         QString const id = elementId(child);
-        if (!id.isEmpty())
-            byId[id].append(child);
+        if (id.isEmpty())
+            continue;
+        auto const found = byId.find(id);
+        if (found == byId.end()) {
+            byId.insert(id, Chain{i, i});
+        } else {
+            next[size_t(found->last)] = i;
+            found->last = i;
+        }
     }
 
     result.reserve(fields.size());
     for (VeskField field : fields) {
         if (!byId.isEmpty()) {
-            for (VeskXmlNode const& element : byId.take(field.getId()))
-                field.fromXml(element);
+            auto const found = byId.constFind(field.getId());
+            if (found != byId.constEnd()) {
+                int const first = found->first;
+                byId.erase(found);
+                for (int i = first; i >= 0; i = next[size_t(i)])
+                    field.fromXml(children.at(i));
+            }
         }
         result.append(field);
     }
