@@ -233,6 +233,19 @@ void TestBuddyGroup::debugTexts()
     QCOMPARE(debugText(meta),
              QStringLiteral("VeskBuddyMeta(\n\tvalid       :true\n\tdisplay     :\"Ann \"A\"\"\n\t"
                             "child count :1\n\texpanded    :true\n) "));
+
+    // The writers leave the caller's own quoting of strings as they found it.
+    for (bool const quoting : {false, true}) {
+        QString out;
+        {
+            QDebug stream(&out);
+            if (!quoting)
+                stream.noquote();
+            stream << group << VeskArg(QStringLiteral("v")) << QStringLiteral("after");
+        }
+        QVERIFY2(out.endsWith(quoting ? QStringLiteral("\"after\" ") : QStringLiteral(" after ")),
+                 qPrintable(out));
+    }
 }
 
 // Three threads keep pulling the same contacts into their own container: two

@@ -8,11 +8,15 @@
 
 namespace {
 
-// Guards VeskGarbageCollector::instance and the link between a handle and
-// its private object, in both directions: the private object may end itself
-// in its own thread while another thread calls add(). Taken before the
-// private object's own mutex, never after it, and never held while a
-// listed object is asked whether it is unused.
+// Guards VeskGarbageCollector::instance. Taken on its own only, so that an
+// object asked during a tick (under the private object's mutex) may call
+// getInstance().
+QBasicMutex instanceLock;
+
+// Guards the link between a handle and its private object, in both
+// directions: the private object may end itself in its own thread while
+// another thread calls add(). Taken before the private object's own mutex,
+// never after it.
 QBasicMutex linkLock;
 
 } // namespace
@@ -23,7 +27,7 @@ VeskRemovable::~VeskRemovable() = default;
 
 VeskGarbageCollector* VeskGarbageCollector::getInstance()
 {
-    QMutexLocker locker(&linkLock);
+    QMutexLocker locker(&instanceLock);
     if (!instance)
         instance = new (std::nothrow) VeskGarbageCollector;
     return instance;
@@ -36,11 +40,14 @@ VeskGarbageCollector::VeskGarbageCollector()
 
 VeskGarbageCollector::~VeskGarbageCollector()
 {
+    {
+        QMutexLocker locker(&instanceLock);
+        if (instance == this)
+            instance = nullptr;
+    }
     VeskGarbageCollectorPrivate* collector = nullptr;
     {
         QMutexLocker locker(&linkLock);
-        if (instance == this)
-            instance = nullptr;
         collector = d;
         d = nullptr;
         if (collector)
