@@ -44,6 +44,16 @@ struct VeskBuddyChildren
     static void releaseMetas(VeskBuddyGroupPrivate& record) { record.indexedMetas.clear(); }
     static void releaseMetas(VeskBuddyMetaPrivate&) {}
 
+    // Brings the index up to date; the caller holds the record's mutex. Every
+    // locked operation does, so that the index lets go of entries that were
+    // taken out of children directly.
+    template<typename Record>
+    static void refresh(Record& record)
+    {
+        QMutexLocker locker(&record.indexMutex);
+        sync(record);
+    }
+
     // Whether buddy is a child; the caller holds the record's mutex.
     template<typename Record>
     static bool contains(Record& record, VeskBuddy const& buddy)
@@ -381,6 +391,7 @@ Result underLock(Record* record, Result fallback, Step&& step)
     if (!record)
         return fallback;
     QMutexLocker locker(&record->mutex);
+    VeskBuddyChildren::refresh(*record);
     return step(*record);
 }
 

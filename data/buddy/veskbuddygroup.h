@@ -83,7 +83,9 @@ public:
 // replacing entries in place are all seen by the next operation. The library
 // keeps an index of children beside the list and notices any such change
 // because the index holds a shared copy of the list it was built from, which
-// a change through children must detach from.
+// a change through children must detach from. Entries taken out of children
+// directly are therefore released by the container's next operation (any
+// one, childCount() included), not at once.
 //
 // containsBuddy, containsContact and containsMeta never wait for mutex: when
 // it is free they take it for a moment and read the list itself; while
