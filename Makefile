@@ -1,15 +1,18 @@
 # The front door. `make demo` runs the demo program, `make test` builds and
-# runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer.
+# runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer,
+# `make fuzz` runs every fuzz target for FUZZ_SECONDS each.
 
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CTEST_FLAGS ?=
+FUZZ_SECONDS ?= 180
 
 DEPS_COMMON := cmake g++ make pkg-config
 DEPS_QT6 := qt6-base-dev
 DEPS_QT5 := qtbase5-dev
 DEPS_BENCH := libbenchmark-dev
+DEPS_FUZZ := clang-16 libclang-rt-16-dev libfuzzer-16-dev
 
-.PHONY: all demo test test-qt5 test-tsan bench deps deps-qt5 deps-bench clean
+.PHONY: all demo test test-qt5 test-tsan bench fuzz deps deps-qt5 deps-bench deps-fuzz clean
 
 all: test
 
@@ -40,6 +43,28 @@ bench: deps-bench
 		if [ -f "$$b" ] && [ -x "$$b" ]; then "$$b" || exit 1; fi; \
 	done
 
+# Each target starts from its seeds in fuzz/corpus/<target>/ (if any) and
+# writes what it finds to build/fuzz/corpus/<target>/, never into the
+# repository. A crash stops the run and leaves the input in build/fuzz/crashes.
+fuzz: deps-fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	@mkdir -p build/fuzz/crashes; \
+	for target in build/fuzz/fuzz/fuzz_*; do \
+		[ -f "$$target" ] && [ -x "$$target" ] || continue; \
+		name=$$(basename "$$target"); \
+		scratch=build/fuzz/corpus/$$name; \
+		log=build/fuzz/$$name.log; \
+		mkdir -p "$$scratch"; \
+		seeds=; [ -d "fuzz/corpus/$$name" ] && seeds="fuzz/corpus/$$name"; \
+		echo "=== $$name: $(FUZZ_SECONDS) s"; \
+		if ! "$$target" -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			-artifact_prefix=build/fuzz/crashes/$$name- "$$scratch" $$seeds >"$$log" 2>&1; then \
+			tail -n 80 "$$log"; echo "=== $$name failed; full log in $$log"; exit 1; \
+		fi; \
+		grep -E '^(Done|stat::number_of_executed_units|stat::new_units_added)' "$$log"; \
+	done
+
 deps:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
 
@@ -48,6 +73,9 @@ deps-qt5:
 
 deps-bench:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_BENCH)
+
+deps-fuzz:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_FUZZ)
 
 clean:
 	rm -rf build
