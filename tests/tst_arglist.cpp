@@ -67,7 +67,7 @@ void TestArgList::mixedTypesStayIntact_data()
         [](auto& m) { std::reverse(m.begin(), m.end()); });
     row("rotate", [](auto& l) { std::rotate(l.begin(), l.begin() + 2, l.end()); },
         [](auto& m) { std::rotate(m.begin(), m.begin() + 2, m.end()); });
-    row("reserve and squeeze", [](auto& l) { l.reserve(64); l.squeeze(); }, [](auto&) {});
+    row("reserve", [](auto& l) { l.reserve(64); }, [](auto&) {});
 }
 
 void TestArgList::mixedTypesStayIntact()

@@ -1,4 +1,4 @@
-#include <VeskXml>
+#include <VeskData>
 
 #include <QtCore/QDebug>
 #include <QtTest/QtTest>
@@ -194,6 +194,17 @@ void TestXmlNode::whitespaceOnlyText()
         QCOMPARE(back.toString(), root.toString());
     }
     QCOMPARE(VeskXmlNode::fromString(value.toString()).getData(), blank);
+
+    // Through a settings page: a text of blanks, and a field whose id is blanks.
+    QList<VeskField> const page{VeskField::lineEdit(QString(), "name"_q, "old"_q, 0, QString()),
+                                VeskField::lineEdit(QString(), blank, "old"_q, 0, QString())};
+    QList<VeskField> const answers{VeskField::lineEdit(QString(), "name"_q, blank, 0, QString()),
+                                   VeskField::lineEdit(QString(), blank, "new"_q, 0, QString())};
+    QList<VeskField> const merged = VeskField::fromXml(
+        page, VeskXmlNode::fromString(VeskField::toXml(answers).toString(2)));
+    QCOMPARE(merged.size(), 2);
+    QCOMPARE(merged.at(0).getText(), blank);
+    QCOMPARE(merged.at(1).getText(), "new"_q);
     QCOMPARE(VeskXmlNode::fromString("<a>"_q + blank + "<b/>"_q + blank + "</a>"_q).getData(), QString());
     QCOMPARE(VeskXmlNode::fromString("<a>x<b/>"_q + blank + "</a>"_q).getData(), "x"_q);
 }
