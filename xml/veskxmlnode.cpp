@@ -31,7 +31,7 @@ QDomAttr findAttribute(QDomElement const& element, QString const& name)
     return QDomAttr();
 }
 
-QString const xmlnsName = QStringLiteral("xmlns");
+using VeskXmlText::xmlnsName;
 
 // A name in a namespace must be able to carry it through a declaration:
 // "xmlns" is never declared, and "xml" stands for its own namespace only.

@@ -10,6 +10,9 @@
 
 namespace VeskXmlText {
 
+inline QString const xmlnsName = QStringLiteral("xmlns");
+inline QString const xmlnsPrefix = QStringLiteral("xmlns:");
+
 // Whether every character of text can appear in an XML 1.0 document (tab,
 // line feed, carriage return, and no other control character, no U+FFFE,
 // U+FFFF or unpaired surrogate).
