@@ -123,6 +123,16 @@ struct VeskBuddyChildren
         return peek(record, [](Record const& current) { return current.indexed; });
     }
 
+    // Drops a snapshot under the index lock. A thread that finds the list
+    // no longer shared changes it in place; the lock orders that after every
+    // read made through the snapshot, which QList's own count does not.
+    template<typename Record>
+    static void release(Record& record, QList<VeskBuddy>& snapshot)
+    {
+        QMutexLocker locker(&record.indexMutex);
+        snapshot = QList<VeskBuddy>();
+    }
+
     static bool holdsMeta(VeskBuddyGroupPrivate& record, QString const& name)
     {
         return peek(record, [&name](VeskBuddyGroupPrivate const& current) {
@@ -486,8 +496,10 @@ bool holdsContact(Record* record, VeskBuddyContact const& contact, bool lookInto
 {
     if (!record)
         return false;
-    QList<VeskBuddy> const children = VeskBuddyChildren::snapshot(*record);
-    return listHoldsContact(children, contact, lookIntoMetas);
+    QList<VeskBuddy> children = VeskBuddyChildren::snapshot(*record);
+    bool const found = listHoldsContact(children, contact, lookIntoMetas);
+    VeskBuddyChildren::release(*record, children);
+    return found;
 }
 
 template<typename Match>
