@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
         if (back.isNull())
             fail("written text does not read back", written);
         if (back.toString() != text)
-            fail("written text reads back as another tree", written);
+            fail("written text reads back as another tree", written + QLatin1Char('\n') + back.toString());
         if (back.getData() != node.getData())
             fail("the root's data changed", written);
     }

@@ -243,9 +243,14 @@ void TestXmlNode::unwritableInputIsRefused()
     node.setAttribute("p:x"_q, "1"_q, "urn:u"_q);
     node.setAttribute("xml:lang"_q, "en"_q, xmlNamespace);
     node.setAttribute("w"_q, "\U0001F600\r"_q);
+    // A plain attribute beside a namespaced one of the same local name.
+    node.setAttribute("x"_q, "plain"_q);
+    QCOMPARE(node.getAttribute("p:x"_q), "1"_q);
+    QCOMPARE(node.getAttribute("x"_q), "plain"_q);
     QVERIFY(readsBack(node));
     for (char const* text : {"<a><?pi?><?pi data?><!--c--><![CDATA[ ]]></a>",
-                             "<a xmlns='urn:d' xmlns:p='urn:p'><p:b p:c='1'/></a>"})
+                             "<a xmlns='urn:d' xmlns:p='urn:p'><p:b p:c='1'/></a>",
+                             "<a x='2' xmlns:p='urn:p' p:x='1'/>"})
         QVERIFY2(readsBack(VeskXmlNode::fromString(QString::fromLatin1(text))), text);
 }
 

@@ -128,8 +128,10 @@ void VeskXmlNode::setAttribute(QString const& name, QString const& value,
     if (isNull() || !VeskXmlText::isText(value))
         return;
     if (namespaceUri.isEmpty()) {
+        // By namespace and local name, as the reader does: QtXml's plain
+        // setAttribute() would take "x" for an "p:x" already there.
         if (VeskXmlText::isLocalName(name) && name != xmlnsName)
-            m_element.setAttribute(name, value);
+            m_element.setAttributeNS(QString(), name, value);
     } else if (acceptsNamespacedName(name, namespaceUri)) {
         m_element.setAttributeNS(namespaceUri, name, value);
     }

@@ -106,18 +106,17 @@ private:
             return false;
         QDomElement element = m_document.createElementNS(m_reader.namespaceUri().toString(),
                                                          m_reader.qualifiedName().toString());
+        // Every attribute goes in by namespace and local name (the empty
+        // namespace for plain ones and declarations): QtXml's plain
+        // setAttribute() would take "x" for an "p:x" already there.
         for (QXmlStreamNamespaceDeclaration const& declaration : m_reader.namespaceDeclarations()) {
             QString const prefix = declaration.prefix().toString();
-            element.setAttribute(prefix.isEmpty() ? xmlnsName : xmlnsPrefix + prefix,
-                                 declaration.namespaceUri().toString());
+            element.setAttributeNS(QString(), prefix.isEmpty() ? xmlnsName : xmlnsPrefix + prefix,
+                                   declaration.namespaceUri().toString());
         }
         for (QXmlStreamAttribute const& attribute : m_reader.attributes()) {
-            QString const uri = attribute.namespaceUri().toString();
-            if (uri.isEmpty())
-                element.setAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
-            else
-                element.setAttributeNS(uri, attribute.qualifiedName().toString(),
-                                       attribute.value().toString());
+            element.setAttributeNS(attribute.namespaceUri().toString(),
+                                   attribute.qualifiedName().toString(), attribute.value().toString());
         }
         if (!m_open.empty())
             m_open.back().hasMarkup = true;
