@@ -1,10 +1,12 @@
 # The front door. `make demo` runs the demo program, `make test` builds and
-# runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer.
+# runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer,
+# `make fuzz` runs every fuzz target for FUZZ_SECONDS each.
 
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CTEST_FLAGS ?=
 # Three runs of every benchmark; the table and the ratio lines use medians.
 BENCH_FLAGS ?= --benchmark_repetitions=3 --benchmark_display_aggregates_only=true
+FUZZ_SECONDS ?= 180
 
 DEPS_COMMON := cmake g++ make pkg-config
 DEPS_QT6 := qt6-base-dev
@@ -12,8 +14,9 @@ DEPS_QT5 := qtbase5-dev
 DEPS_BENCH := libbenchmark-dev
 # The offscreen platform draws text with whatever fonts fontconfig finds.
 DEPS_SCREENSHOT := fonts-dejavu-core
+DEPS_FUZZ := clang-16 libclang-rt-16-dev libfuzzer-16-dev
 
-.PHONY: all demo test test-qt5 test-tsan bench screenshot deps deps-qt5 deps-bench deps-screenshot clean
+.PHONY: all demo test test-qt5 test-tsan bench screenshot fuzz deps deps-qt5 deps-bench deps-screenshot deps-fuzz clean
 
 all: test
 
@@ -53,6 +56,28 @@ screenshot: deps-screenshot
 	mkdir -p docs/images
 	QT_QPA_PLATFORM=offscreen ./build/demo/examples/vesk-desktop --screenshot docs/images/desktop.png
 
+# Each target starts from its seeds in fuzz/corpus/<target>/ (if any) and
+# writes what it finds to build/fuzz/corpus/<target>/, never into the
+# repository. A crash stops the run and leaves the input in build/fuzz/crashes.
+fuzz: deps-fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	@mkdir -p build/fuzz/crashes; \
+	for target in build/fuzz/fuzz/fuzz_*; do \
+		[ -f "$$target" ] && [ -x "$$target" ] || continue; \
+		name=$$(basename "$$target"); \
+		scratch=build/fuzz/corpus/$$name; \
+		log=build/fuzz/$$name.log; \
+		mkdir -p "$$scratch"; \
+		seeds=; [ -d "fuzz/corpus/$$name" ] && seeds="fuzz/corpus/$$name"; \
+		echo "=== $$name: $(FUZZ_SECONDS) s"; \
+		if ! "$$target" -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			-artifact_prefix=build/fuzz/crashes/$$name- "$$scratch" $$seeds >"$$log" 2>&1; then \
+			tail -n 80 "$$log"; echo "=== $$name failed; full log in $$log"; exit 1; \
+		fi; \
+		grep -E '^(Done|stat::number_of_executed_units|stat::new_units_added)' "$$log"; \
+	done
+
 deps:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
 
@@ -64,6 +89,9 @@ deps-bench:
 
 deps-screenshot:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_SCREENSHOT)
+
+deps-fuzz:
+	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_FUZZ)
 
 clean:
 	rm -rf build

@@ -17,9 +17,18 @@ function(vesk_add_library target alias build_define)
     target_include_directories(${target} PUBLIC
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vesk>)
     target_link_libraries(${target} PUBLIC ${ARG_LINK})
+    # Installed side by side, the libraries find each other through their
+    # own location, wherever the package is installed: a program's runpath
+    # serves only the libraries it links itself, not their dependencies.
+    if(APPLE)
+        set(origin "@loader_path")
+    else()
+        set(origin "$ORIGIN")
+    endif()
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR})
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "${origin}")
     string(REPLACE "Vesk::" "" export_name ${alias})
     set_target_properties(${target} PROPERTIES EXPORT_NAME ${export_name})
     install(TARGETS ${target} EXPORT VeskTargets

@@ -13,11 +13,13 @@
 namespace VeskDebug {
 
 // The text between double quotes, nothing escaped, as one item of the stream
-// (followed by a blank when spacing is on).
+// (followed by a blank when spacing is on). The stream's own quoting is
+// switched off for the item only and left as the caller had it.
 inline QDebug& quoted(QDebug& dbg, QString const& text)
 {
+    // The saver changes no spacing, so it neither adds nor drops a blank.
+    QDebugStateSaver const saver(dbg);
     dbg.noquote() << (QLatin1Char('"') + text + QLatin1Char('"'));
-    dbg.quote();
     return dbg;
 }
 

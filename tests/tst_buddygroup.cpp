@@ -51,6 +51,26 @@ void unlink(VeskBuddy const& entry)
         unlink(child);
 }
 
+// Runs f in another thread and gives its result; a deadlock ends the program
+// rather than the test run.
+template<typename F>
+auto withinMinutes(F&& f)
+{
+    auto result = std::async(std::launch::async, std::forward<F>(f));
+    if (result.wait_for(std::chrono::minutes(2)) != std::future_status::ready)
+        qFatal("a look-up waited for a lock that its own thread holds");
+    return result.get();
+}
+
+// Changes a record's public members the way code outside the library may:
+// under the record's mutex.
+template<typename Record, typename F>
+void editUnderLock(Record* record, F&& f)
+{
+    QMutexLocker locker(&record->mutex);
+    f(*record);
+}
+
 template<typename... Containers>
 auto dismantler(Containers const&... containers)
 {
@@ -69,6 +89,9 @@ private slots:
     void countsContainmentAndOrder();
     void debugTexts();
     void oppositeMovesDoNotDeadlock();
+    void entriesWithoutKindRecord();
+    void lookupsNeverWaitForTheMutex();
+    void directEditsOfTheChildList();
 };
 
 void TestBuddyGroup::addingChecksMembershipAndKind()
@@ -210,6 +233,19 @@ void TestBuddyGroup::debugTexts()
     QCOMPARE(debugText(meta),
              QStringLiteral("VeskBuddyMeta(\n\tvalid       :true\n\tdisplay     :\"Ann \"A\"\"\n\t"
                             "child count :1\n\texpanded    :true\n) "));
+
+    // The writers leave the caller's own quoting of strings as they found it.
+    for (bool const quoting : {false, true}) {
+        QString out;
+        {
+            QDebug stream(&out);
+            if (!quoting)
+                stream.noquote();
+            stream << group << VeskArg(QStringLiteral("v")) << QStringLiteral("after");
+        }
+        QVERIFY2(out.endsWith(quoting ? QStringLiteral("\"after\" ") : QStringLiteral(" after ")),
+                 qPrintable(out));
+    }
 }
 
 // Three threads keep pulling the same contacts into their own container: two
@@ -249,6 +285,140 @@ void TestBuddyGroup::oppositeMovesDoNotDeadlock()
         QVERIFY(parent == first || parent == second || parent == meta);
         QVERIFY((parent == first) == first.containsBuddy(c) && (parent == second) == second.containsBuddy(c));
     }
+}
+
+// VeskBuddy(name, type) makes an entry of a kind but without the kind's
+// record; every operation on it gives the fallback.
+void TestBuddyGroup::entriesWithoutKindRecord()
+{
+    VeskBuddyGroup group(QStringLiteral("g"));
+    VeskBuddyMeta meta(QStringLiteral("m"));
+    VeskBuddyGroup const bareGroup(VeskBuddy(QStringLiteral("bare"), VeskBuddy::Group));
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    auto const cleanup = dismantler(group, meta, alice);
+
+    for (int kind = VeskBuddy::Group; kind <= VeskBuddy::Custom; ++kind) {
+        VeskBuddy const bare{QString(), VeskBuddy::Type(kind)};
+        QVERIFY(!group.addBuddy(bare));
+        QVERIFY(!meta.addBuddy(bare));
+        QCOMPARE(group.removeBuddy(bare), 0);
+        QCOMPARE(meta.removeBuddy(bare), 0);
+        QVERIFY(!debugText(bare).isEmpty());
+    }
+    QCOMPARE(group.childCount(), 0);
+
+    VeskBuddyContact const nameless{VeskBuddy(QString(), VeskBuddy::Contact)};
+    QVERIFY(nameless.getDisplay().isNull());
+    QCOMPARE(debugText(nameless), QStringLiteral("VeskBuddyContact(\n\tvalid   :true\n\tdisplay :\"\"\n\t"
+                                                 "id      :\"\"\n) "));
+    QCOMPARE(VeskBuddyMerged(QString(), {nameless}).getDisplay(), QString());
+
+    QCOMPARE(bareGroup.childCount(), -1);
+    QCOMPARE(VeskBuddyGroup(bareGroup).removeBuddy(alice), -1);
+    QVERIFY(!VeskBuddyGroup(bareGroup).addBuddy(alice));
+    QVERIFY(!bareGroup.containsBuddy(alice) && !bareGroup.containsContact(alice));
+    // A parent link that names such a group (the record is public) is left behind.
+    alice.data()->parent = bareGroup;
+    QVERIFY(group.addBuddy(alice));
+    QCOMPARE(alice.getParent(), VeskBuddy(group));
+}
+
+void TestBuddyGroup::lookupsNeverWaitForTheMutex()
+{
+    VeskBuddyGroup group(QStringLiteral("g"));
+    VeskBuddyMeta const meta = group.addMeta(QStringLiteral("m"));
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    VeskBuddyContact const bob = contact(QStringLiteral("bob"));
+    auto const cleanup = dismantler(group);
+    QVERIFY(group.addBuddy(alice));
+    QVERIFY(VeskBuddyMeta(meta).addBuddy(bob));
+
+    // The caller holds the container's mutex, as code that reads the public
+    // records does.
+    auto const answers = withinMinutes([&] {
+        QList<bool> seen;
+        {
+            QMutexLocker locker(&group.data()->mutex);
+            seen << group.containsBuddy(alice) << group.containsBuddy(bob)
+                 << group.containsMeta(QStringLiteral("m")) << group.containsContact(bob);
+        }
+        QMutexLocker locker(&meta.data()->mutex);
+        seen << meta.containsContact(bob) << group.containsContact(bob) << meta.containsContact(alice);
+        return seen;
+    });
+    QCOMPARE(answers, (QList<bool>{true, false, true, true, true, true, false}));
+
+    // Another thread changes the list all the time; the answers about the
+    // entries it leaves alone never change.
+    std::atomic<bool> done{false};
+    auto churn = std::async(std::launch::async, [&] {
+        QList<VeskBuddyContact> others;
+        for (int i = 0; i < 20; ++i)
+            others << contact(QString::number(i));
+        for (int round = 0; round < 200; ++round) {
+            for (VeskBuddyContact const& other : std::as_const(others))
+                group.addBuddy(other);
+            for (VeskBuddyContact const& other : std::as_const(others))
+                group.removeBuddy(other);
+            QMutexLocker locker(&group.data()->mutex);
+            group.data()->children.append(others.first());
+            group.data()->children.removeLast();
+        }
+        done = true;
+    });
+    int wrong = 0;
+    while (!done) {
+        wrong += !group.containsBuddy(alice) + !group.containsMeta(QStringLiteral("m"))
+            + !group.containsContact(bob) + group.containsBuddy(bob);
+    }
+    churn.get();
+    QCOMPARE(wrong, 0);
+}
+
+void TestBuddyGroup::directEditsOfTheChildList()
+{
+    VeskBuddyGroup group(QStringLiteral("g"));
+    VeskBuddyMeta meta(QStringLiteral("m"));
+    QList<VeskBuddyContact> c;
+    for (int i = 0; i < 6; ++i)
+        c << contact(QString::number(i));
+    auto const cleanup = dismantler(group, meta, c[0], c[1], c[2], c[3], c[4], c[5]);
+    QVERIFY(group.addBuddy(c[0]) && group.addBuddy(c[1]));
+
+    // Replaced in place: the list keeps its length.
+    editUnderLock(group.data(), [&](VeskBuddyGroupPrivate& record) { record.children[0] = c[2]; });
+    QVERIFY(!group.containsBuddy(c[0]));
+    QVERIFY(group.containsBuddy(c[2]));
+    QVERIFY(!group.addBuddy(c[2]));
+    QCOMPARE(group.childCount(), 2);
+    QCOMPARE(group.removeBuddy(c[2]), 1);
+    QVERIFY(!group.containsBuddy(c[2]) && group.containsBuddy(c[1]));
+
+    // Assigned, cleared and refilled to the same length, swapped out.
+    editUnderLock(group.data(), [&](VeskBuddyGroupPrivate& record) { record.children = {c[3]}; });
+    QVERIFY(!group.containsBuddy(c[1]) && group.containsBuddy(c[3]));
+    editUnderLock(group.data(), [&](VeskBuddyGroupPrivate& record) {
+        record.children.clear();
+        record.children.append(c[4]);
+    });
+    QVERIFY(!group.containsBuddy(c[3]) && group.containsContact(c[4]));
+    QList<VeskBuddy> other{c[5], c[0]};
+    editUnderLock(group.data(), [&](VeskBuddyGroupPrivate& record) { record.children.swap(other); });
+    QVERIFY(!group.containsBuddy(c[4]) && group.containsBuddy(c[5]) && group.containsBuddy(c[0]));
+    QCOMPARE(group.removeBuddy(c[0]), 1);
+    QCOMPARE(group.childCount(), 1);
+
+    VeskBuddyMeta const inner = group.addMeta(QStringLiteral("inner"));
+    editUnderLock(group.data(), [](VeskBuddyGroupPrivate& record) { record.metas.clear(); });
+    QVERIFY(!group.containsMeta(QStringLiteral("inner")));
+
+    // Meta-contacts keep their list the same way.
+    QVERIFY(meta.addBuddy(c[1]) && meta.addBuddy(c[2]));
+    editUnderLock(meta.data(), [&](VeskBuddyMetaPrivate& record) { record.children[1] = c[3]; });
+    QVERIFY(!meta.containsContact(c[2]));
+    QVERIFY(!meta.addBuddy(c[3]));
+    QCOMPARE(meta.removeBuddy(c[3]), 1);
+    QCOMPARE(meta.childCount(), 1);
 }
 
 QTEST_APPLESS_MAIN(TestBuddyGroup)

@@ -1,4 +1,4 @@
-#include <VeskXml>
+#include <VeskData>
 
 #include <QtCore/QDebug>
 #include <QtTest/QtTest>
@@ -18,7 +18,31 @@ private slots:
     void attributes();
     void textParsingAndDebug();
     void appendChildAndIdentity();
+    void deepTrees();
+    void whitespaceOnlyText_data();
+    void whitespaceOnlyText();
+    void unwritableInputIsRefused();
 };
+
+namespace {
+
+// depth elements <e>, each inside the one before.
+QString nested(int depth)
+{
+    return "<e>"_q.repeated(depth - 1) + "<e/>"_q + "</e>"_q.repeated(depth - 1);
+}
+
+// Writing and reading back gives the same text, indented or not.
+bool readsBack(VeskXmlNode const& node)
+{
+    for (int indent : {-1, 0, 2}) {
+        if (VeskXmlNode::fromString(node.toString(indent)).toString() != node.toString())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 void TestXmlNode::treeAndOwnData()
 {
@@ -118,6 +142,116 @@ void TestXmlNode::appendChildAndIdentity()
     // Handles are equal when they refer to the same element.
     QVERIFY(list.getChild("a"_q) == a && list.addChild("a"_q) != a);
     QVERIFY(VeskXmlNode() == VeskXmlNode() && VeskXmlNode("c"_q) != VeskXmlNode("c"_q));
+}
+
+void TestXmlNode::deepTrees()
+{
+    // Reading, writing and the debug text follow nesting without recursion.
+    QString const text = nested(VeskXmlNode::MaxDepth);
+    VeskXmlNode const deepest = VeskXmlNode::fromString(text);
+    QVERIFY(!deepest.isNull());
+    QCOMPARE(deepest.toString(), text);
+    QCOMPARE(deepest.toString(0).count(QLatin1Char('\n')), 2 * (VeskXmlNode::MaxDepth - 1));
+    QString debug;
+    QDebug(&debug) << deepest;
+    QCOMPARE(debug.size(), text.size() + int(sizeof("VeskXmlNode() ")) - 1);
+
+    for (int depth : {VeskXmlNode::MaxDepth + 1, 100000})
+        QVERIFY(VeskXmlNode::fromString(nested(depth)).isNull());
+
+    // Grown further with addChild: written, though too deep to read back.
+    VeskXmlNode leaf = deepest;
+    while (!leaf.getChildNodes().isEmpty())
+        leaf = leaf.getChildNodes().first();
+    for (int i = 0; i < 2000; ++i)
+        leaf = leaf.addChild("e"_q);
+    QCOMPARE(deepest.toString(), nested(VeskXmlNode::MaxDepth + 2000));
+}
+
+void TestXmlNode::whitespaceOnlyText_data()
+{
+    QTest::addColumn<QString>("blank");
+    QTest::newRow("space") << " "_q;
+    QTest::newRow("spaces") << "   "_q;
+    QTest::newRow("tab") << "\t"_q;
+    QTest::newRow("newline") << "\n"_q;
+    QTest::newRow("carriage return") << "\r\n"_q;
+    QTest::newRow("mixed") << " \n\t "_q;
+}
+
+void TestXmlNode::whitespaceOnlyText()
+{
+    QFETCH(QString, blank);
+    VeskXmlNode root("root"_q);
+    VeskXmlNode const value = root.addChild("value"_q, blank);
+    root.addChild("other"_q).addChild("inner"_q, "x"_q);
+    for (int indent : {-1, 0, 2}) {
+        VeskXmlNode const back = VeskXmlNode::fromString(root.toString(indent));
+        QCOMPARE(back.getChild("value"_q).getData(), blank);
+        // The indentation between child elements is layout, not data.
+        QCOMPARE(back.getData(), QString());
+        QCOMPARE(back.getChild("other"_q).getData(), QString());
+        QCOMPARE(back.toString(), root.toString());
+    }
+    QCOMPARE(VeskXmlNode::fromString(value.toString()).getData(), blank);
+
+    // Through a settings page: a text of blanks, and a field whose id is blanks.
+    QList<VeskField> const page{VeskField::lineEdit(QString(), "name"_q, "old"_q, 0, QString()),
+                                VeskField::lineEdit(QString(), blank, "old"_q, 0, QString())};
+    QList<VeskField> const answers{VeskField::lineEdit(QString(), "name"_q, blank, 0, QString()),
+                                   VeskField::lineEdit(QString(), blank, "new"_q, 0, QString())};
+    QList<VeskField> const merged = VeskField::fromXml(
+        page, VeskXmlNode::fromString(VeskField::toXml(answers).toString(2)));
+    QCOMPARE(merged.size(), 2);
+    QCOMPARE(merged.at(0).getText(), blank);
+    QCOMPARE(merged.at(1).getText(), "new"_q);
+    QCOMPARE(VeskXmlNode::fromString("<a>"_q + blank + "<b/>"_q + blank + "</a>"_q).getData(), QString());
+    QCOMPARE(VeskXmlNode::fromString("<a>x<b/>"_q + blank + "</a>"_q).getData(), "x"_q);
+}
+
+void TestXmlNode::unwritableInputIsRefused()
+{
+    QString const xmlNamespace = "http://www.w3.org/XML/1998/namespace"_q;
+    QString const badTexts[] = {"\x01"_q, "a\x1f"_q, QString(QChar(0xFFFF)), QString(QChar(0xFFFE)),
+                                QString(QChar(0xD800)) + "x"_q, "x"_q + QChar(0xDC00)};
+    QString const badNames[] = {"1a"_q, "a b"_q, "a:b"_q, ":a"_q, "-x"_q, "a>"_q, "a='1'"_q,
+                                "xmlns"_q, QString(QChar(0x132)), "a\x01"_q};
+
+    VeskXmlNode node("node"_q, "data"_q);
+    for (QString const& bad : badTexts) {
+        QVERIFY(VeskXmlNode("a"_q, bad).isNull());
+        QVERIFY(node.addChild("a"_q, bad).isNull());
+        node.insertData(bad);
+        node.setAttribute("v"_q, bad);
+        node.setAttribute("p:v"_q, "x"_q, bad);
+    }
+    for (QString const& bad : badNames) {
+        if (bad != "xmlns"_q)
+            QVERIFY2(VeskXmlNode(bad).isNull() && node.addChild(bad).isNull(), qPrintable(bad));
+        node.setAttribute(bad, "v"_q);
+    }
+    for (QString const& bad : {"xmlns"_q, "xmlns:p"_q, "xml:lang"_q, "a:b:c"_q, "p:"_q})
+        node.setAttribute(bad, "v"_q, "urn:u"_q);
+    node.setAttribute("p:v"_q, "x"_q, "http://www.w3.org/2000/xmlns/"_q);
+    node.setAttribute("p:v"_q, "x"_q, xmlNamespace);
+    QCOMPARE(node.toString(), "<node>data</node>"_q);
+    QVERIFY(node.getChildNodes().isEmpty());
+
+    // What is accepted, including names beyond ASCII, reads back the same.
+    for (QString const& good : {"\u00e9t\u00e9"_q, "\u540d\u524d"_q, "_a.b-c"_q})
+        QVERIFY2(!node.addChild(good, "\t\u00e9\U0001F600"_q).isNull(), qPrintable(good));
+    node.setAttribute("p:x"_q, "1"_q, "urn:u"_q);
+    node.setAttribute("xml:lang"_q, "en"_q, xmlNamespace);
+    node.setAttribute("w"_q, "\U0001F600\r"_q);
+    // A plain attribute beside a namespaced one of the same local name.
+    node.setAttribute("x"_q, "plain"_q);
+    QCOMPARE(node.getAttribute("p:x"_q), "1"_q);
+    QCOMPARE(node.getAttribute("x"_q), "plain"_q);
+    QVERIFY(readsBack(node));
+    for (char const* text : {"<a><?pi?><?pi data?><!--c--><![CDATA[ ]]></a>",
+                             "<a xmlns='urn:d' xmlns:p='urn:p'><p:b p:c='1'/></a>",
+                             "<a x='2' xmlns:p='urn:p' p:x='1'/>"})
+        QVERIFY2(readsBack(VeskXmlNode::fromString(QString::fromLatin1(text))), text);
 }
 
 QTEST_GUILESS_MAIN(TestXmlNode)

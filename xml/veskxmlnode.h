@@ -24,17 +24,35 @@ QT_END_NAMESPACE
 //
 // Arguments called namespaceUri take a namespace URI; a null or empty one
 // means "no namespace", which is what plain documents use.
+//
+// Whatever toString() writes, fromString() reads back as the same tree. To
+// keep it so, names and text that XML cannot carry are refused where they
+// come in: element names and attribute names outside a namespace must be XML
+// names without a colon (a colon would need a declared prefix), names within
+// a namespace may add one prefix ("xmlns" is refused, "xml" only with its own
+// namespace), and text, attribute values and namespace URIs must not hold
+// characters outside XML 1.0 (control characters other than tab, line feed
+// and carriage return, U+FFFE, U+FFFF, unpaired surrogates). A refused
+// constructor or addChild() gives a null handle; a refused insertData() or
+// setAttribute() changes nothing.
 class VESK_XML_EXPORT VeskXmlNode
 {
 public:
+    // The deepest nesting of elements that fromString() reads: deeper
+    // documents give a null handle. QtXml copies and destroys trees by
+    // recursion, so a document nested without limit could exhaust the call
+    // stack there. Trees built with addChild() may go deeper; they are still
+    // written as text, but that text does not read back.
+    static constexpr int MaxDepth = 10000;
+
     // A null handle.
     VeskXmlNode();
 
     // Makes the element <name> with the text data (none when data is empty).
     // With a parent that refers to an element, the new element becomes the
     // parent's last child and belongs to the parent's document; otherwise it
-    // becomes the root of a document of its own. An empty name gives a null
-    // handle.
+    // becomes the root of a document of its own. An empty or refused name,
+    // or refused data, gives a null handle.
     explicit VeskXmlNode(QString const& name, QString const& data = QString(),
                          VeskXmlNode* parent = nullptr);
 
@@ -89,10 +107,14 @@ public:
     // one line; zero or more puts each element that holds only elements on
     // lines of its own, indent spaces deeper per level. Elements with text
     // are always written on one line, so that indenting never changes data.
+    // Any depth of tree is written.
     QString toString(int indent = -1) const;
 
     // The root element of the document in text, or a null handle when text
-    // is not well-formed XML (namespace prefixes must be declared).
+    // is not well-formed XML (namespace prefixes must be declared) or nests
+    // elements deeper than MaxDepth. Text made only of whitespace is kept
+    // when it is an element's whole content; beside child elements, comments
+    // or processing instructions it is layout and dropped.
     static VeskXmlNode fromString(QString const& text);
 
     // True when both handles refer to the same element (or both are null).

@@ -90,7 +90,7 @@ QString VeskBuddyContact::getDisplay() const
 {
     if (!d)
         return QString();
-    return d->name.isEmpty() ? data()->id : d->name;
+    return d->name.isEmpty() ? getId() : d->name;
 }
 
 QString VeskBuddyContact::getId() const

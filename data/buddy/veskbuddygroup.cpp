@@ -9,39 +9,148 @@
 
 // Child lists keep insertion order in `children` and, beside it, a count of
 // each record's occurrences, so that membership costs one hash lookup however
-// long the list grows. Callers hold the container's mutex.
+// long the list grows. The index also keeps `indexed`, a shared copy of the
+// list it describes: any change made to `children` from outside detaches it
+// from that copy, which is how the index knows to rebuild. The library's own
+// edits let go of the copy first and take it again after, so they change the
+// list in place.
 struct VeskBuddyChildren
 {
     static VeskBuddyPrivate const* key(VeskBuddy const& buddy) { return buddy.d; }
 
+    // A handle made with the plain VeskBuddy(name, type) constructor has a
+    // kind but no kind record; containers refuse such entries.
+    static bool hasKindRecord(VeskBuddy const& buddy) { return buddy.d && buddy.d->kindData; }
+
+    // Callers hold the record's mutex and indexMutex.
     template<typename Record>
     static void sync(Record& record)
     {
-        if (record.indexedCount == record.children.size())
+        syncMetas(record);
+        if (record.indexed.isSharedWith(record.children))
             return;
         record.childIndex.clear();
         for (VeskBuddy const& child : std::as_const(record.children))
             ++record.childIndex[key(child)];
-        record.indexedCount = record.children.size();
+        record.indexed = record.children;
     }
 
+    static void syncMetas(VeskBuddyGroupPrivate& record)
+    {
+        if (!record.indexedMetas.isSharedWith(record.metas))
+            record.indexedMetas = record.metas;
+    }
+    static void syncMetas(VeskBuddyMetaPrivate&) {}
+    static void releaseMetas(VeskBuddyGroupPrivate& record) { record.indexedMetas.clear(); }
+    static void releaseMetas(VeskBuddyMetaPrivate&) {}
+
+    // Brings the index up to date; the caller holds the record's mutex. Every
+    // locked operation does, so that the index lets go of entries that were
+    // taken out of children directly.
+    template<typename Record>
+    static void refresh(Record& record)
+    {
+        QMutexLocker locker(&record.indexMutex);
+        sync(record);
+    }
+
+    // Whether buddy is a child; the caller holds the record's mutex.
     template<typename Record>
     static bool contains(Record& record, VeskBuddy const& buddy)
     {
+        QMutexLocker locker(&record.indexMutex);
         sync(record);
         return record.childIndex.contains(key(buddy));
+    }
+
+    // Runs change on a record whose mutex the caller holds, with the index
+    // current and its copies let go, then takes the copies again.
+    template<typename Record, typename Change>
+    static auto edit(Record& record, Change&& change) -> decltype(change())
+    {
+        struct Republish
+        {
+            Record& record;
+            ~Republish()
+            {
+                record.indexed = record.children;
+                syncMetas(record);
+            }
+        };
+        QMutexLocker locker(&record.indexMutex);
+        sync(record);
+        record.indexed = QList<VeskBuddy>();
+        releaseMetas(record);
+        Republish const republish{record};
+        return change();
+    }
+
+    // Runs read on the index without ever waiting for the record's mutex.
+    // When the mutex is free it is held for the read and the index is first
+    // brought up to date with children; while someone holds it (possibly the
+    // calling thread) the index is read as the last locked operation left it.
+    template<typename Record, typename Read>
+    static auto peek(Record& record, Read&& read) -> decltype(read(record))
+    {
+        struct TryLocker
+        {
+            QMutex& mutex;
+            bool const locked;
+            ~TryLocker()
+            {
+                if (locked)
+                    mutex.unlock();
+            }
+        };
+        TryLocker const outer{record.mutex, record.mutex.tryLock()};
+        QMutexLocker inner(&record.indexMutex);
+        if (outer.locked)
+            sync(record);
+        return read(std::as_const(record));
+    }
+
+    template<typename Record>
+    static bool holds(Record& record, VeskBuddy const& buddy)
+    {
+        return peek(record, [&buddy](Record const& current) {
+            return current.childIndex.contains(key(buddy));
+        });
+    }
+
+    template<typename Record>
+    static QList<VeskBuddy> snapshot(Record& record)
+    {
+        return peek(record, [](Record const& current) { return current.indexed; });
+    }
+
+    // Drops a snapshot under the index lock. A thread that finds the list
+    // no longer shared changes it in place; the lock orders that after every
+    // read made through the snapshot, which QList's own count does not.
+    template<typename Record>
+    static void release(Record& record, QList<VeskBuddy>& snapshot)
+    {
+        QMutexLocker locker(&record.indexMutex);
+        snapshot = QList<VeskBuddy>();
+    }
+
+    static bool holdsMeta(VeskBuddyGroupPrivate& record, QString const& name)
+    {
+        return peek(record, [&name](VeskBuddyGroupPrivate const& current) {
+            return current.indexedMetas.contains(name);
+        });
     }
 
     // Appends buddy unless it is there already.
     template<typename Record>
     static bool appendNew(Record& record, VeskBuddy const& buddy)
     {
-        if (contains(record, buddy))
-            return false;
-        record.children.append(buddy);
-        ++record.childIndex[key(buddy)];
-        ++record.indexedCount;
-        return true;
+        return edit(record, [&record, &buddy] {
+            if (record.childIndex.contains(key(buddy)))
+                return false;
+            record.children.append(buddy);
+            ++record.childIndex[key(buddy)];
+            return true;
+        });
     }
 
     // Removes every occurrence and returns their number. The search closes
@@ -50,7 +159,12 @@ struct VeskBuddyChildren
     template<typename Record>
     static int removeAll(Record& record, VeskBuddy const& buddy)
     {
-        sync(record);
+        return edit(record, [&record, &buddy] { return removeIndexed(record, buddy); });
+    }
+
+    template<typename Record>
+    static int removeIndexed(Record& record, VeskBuddy const& buddy)
+    {
         auto const found = record.childIndex.find(key(buddy));
         if (found == record.childIndex.end())
             return 0;
@@ -73,7 +187,6 @@ struct VeskBuddyChildren
             }
             --right;
         }
-        record.indexedCount = children.size();
         return count - remaining;
     }
 
@@ -82,13 +195,13 @@ struct VeskBuddyChildren
     {
         if (index < 0 || index >= record.children.size())
             return VeskBuddy();
-        sync(record);
-        VeskBuddy taken = record.children.takeAt(index);
-        auto const found = record.childIndex.find(key(taken));
-        if (found != record.childIndex.end() && --found.value() == 0)
-            record.childIndex.erase(found);
-        --record.indexedCount;
-        return taken;
+        return edit(record, [&record, index] {
+            VeskBuddy taken = record.children.takeAt(index);
+            auto const found = record.childIndex.find(key(taken));
+            if (found != record.childIndex.end() && --found.value() == 0)
+                record.childIndex.erase(found);
+            return taken;
+        });
     }
 
     template<typename Record>
@@ -97,6 +210,34 @@ struct VeskBuddyChildren
         if (index < 0 || index >= record.children.size())
             return VeskBuddy();
         return record.children.at(index);
+    }
+
+    // Removes buddy from a group's children and, when removeMeta is set,
+    // its name from the metas table.
+    static int removeFromGroup(VeskBuddyGroupPrivate& record, VeskBuddy const& buddy,
+                               bool removeMeta)
+    {
+        return edit(record, [&record, &buddy, removeMeta] {
+            for (auto it = record.metas.begin(); removeMeta && it != record.metas.end(); ++it) {
+                if (it.value() == buddy) {
+                    record.metas.erase(it);
+                    break;
+                }
+            }
+            return removeIndexed(record, buddy);
+        });
+    }
+
+    static void insertMeta(VeskBuddyGroupPrivate& record, QString const& name,
+                           VeskBuddyMeta const& meta)
+    {
+        edit(record, [&record, &name, &meta] {
+            record.metas.insert(name, meta);
+            if (!record.childIndex.contains(key(meta))) {
+                record.children.append(meta);
+                ++record.childIndex[key(meta)];
+            }
+        });
     }
 };
 
@@ -139,16 +280,39 @@ struct Link
     VeskBuddyGroup* group = nullptr;
 };
 
+template<typename Kind>
+auto* kindRecord(VeskBuddy const& child)
+{
+    return Kind(child).data();
+}
+
 Link linkOf(VeskBuddy const& child)
 {
     switch (child.getType()) {
-    case VeskBuddy::Contact: return {&VeskBuddyContact(child).data()->parent, nullptr};
-    case VeskBuddy::Custom: return {&VeskBuddyCustom(child).data()->parent, nullptr};
-    case VeskBuddy::Merged: return {&VeskBuddyMerged(child).data()->parent, nullptr};
-    case VeskBuddy::Meta: return {nullptr, &VeskBuddyMeta(child).data()->group};
-    case VeskBuddy::Temporary: return {nullptr, &VeskBuddyTemporary(child).data()->group};
-    default: return {};
+    case VeskBuddy::Contact:
+        if (auto* record = kindRecord<VeskBuddyContact>(child))
+            return {&record->parent, nullptr};
+        break;
+    case VeskBuddy::Custom:
+        if (auto* record = kindRecord<VeskBuddyCustom>(child))
+            return {&record->parent, nullptr};
+        break;
+    case VeskBuddy::Merged:
+        if (auto* record = kindRecord<VeskBuddyMerged>(child))
+            return {&record->parent, nullptr};
+        break;
+    case VeskBuddy::Meta:
+        if (auto* record = kindRecord<VeskBuddyMeta>(child))
+            return {nullptr, &record->group};
+        break;
+    case VeskBuddy::Temporary:
+        if (auto* record = kindRecord<VeskBuddyTemporary>(child))
+            return {nullptr, &record->group};
+        break;
+    default:
+        break;
     }
+    return {};
 }
 
 VeskBuddy readLink(VeskBuddy const& child)
@@ -206,21 +370,27 @@ bool clearLinkIf(VeskBuddy const& child, VeskBuddy const& container)
 
 QMutex* containerMutex(VeskBuddy const& container)
 {
-    switch (container.getType()) {
-    case VeskBuddy::Group: return &VeskBuddyGroup(container).data()->mutex;
-    case VeskBuddy::Meta: return &VeskBuddyMeta(container).data()->mutex;
-    default: return nullptr;
+    if (container.getType() == VeskBuddy::Group) {
+        if (VeskBuddyGroupPrivate* const record = kindRecord<VeskBuddyGroup>(container))
+            return &record->mutex;
+    } else if (container.getType() == VeskBuddy::Meta) {
+        if (VeskBuddyMetaPrivate* const record = kindRecord<VeskBuddyMeta>(container))
+            return &record->mutex;
     }
+    return nullptr;
 }
 
 // Takes child out of the child list of a group or meta-contact whose mutex
 // the caller holds. The child's link is the caller's business.
 void removeFromContainer(VeskBuddy const& container, VeskBuddy const& child)
 {
-    if (container.getType() == VeskBuddy::Group)
-        VeskBuddyChildren::removeAll(*VeskBuddyGroup(container).data(), child);
-    else if (container.getType() == VeskBuddy::Meta)
-        VeskBuddyChildren::removeAll(*VeskBuddyMeta(container).data(), child);
+    if (container.getType() == VeskBuddy::Group) {
+        if (VeskBuddyGroupPrivate* const record = kindRecord<VeskBuddyGroup>(container))
+            VeskBuddyChildren::removeAll(*record, child);
+    } else if (container.getType() == VeskBuddy::Meta) {
+        if (VeskBuddyMetaPrivate* const record = kindRecord<VeskBuddyMeta>(container))
+            VeskBuddyChildren::removeAll(*record, child);
+    }
 }
 
 // Runs step on the kind record of a group or meta-contact under its mutex;
@@ -231,6 +401,7 @@ Result underLock(Record* record, Result fallback, Step&& step)
     if (!record)
         return fallback;
     QMutexLocker locker(&record->mutex);
+    VeskBuddyChildren::refresh(*record);
     return step(*record);
 }
 
@@ -317,16 +488,18 @@ bool listHoldsContact(QList<VeskBuddy> const& children, VeskBuddyContact const& 
     return false;
 }
 
-// Containers are walked on a copy of their list, taken under the lock and
-// read without it, so that looking into nested meta-contacts never holds two
-// locks.
+// Containers are walked on a copy of their list, taken without waiting for
+// any lock and read without holding one, so that looking into nested
+// meta-contacts never holds two locks.
 template<typename Record>
 bool holdsContact(Record* record, VeskBuddyContact const& contact, bool lookIntoMetas)
 {
-    QList<VeskBuddy> const children = underLock(record, QList<VeskBuddy>(), [](Record& locked) {
-        return locked.children;
-    });
-    return listHoldsContact(children, contact, lookIntoMetas);
+    if (!record)
+        return false;
+    QList<VeskBuddy> children = VeskBuddyChildren::snapshot(*record);
+    bool const found = listHoldsContact(children, contact, lookIntoMetas);
+    VeskBuddyChildren::release(*record, children);
+    return found;
 }
 
 template<typename Match>
@@ -346,14 +519,14 @@ int countContacts(VeskBuddyGroupPrivate* record, Match&& match)
 } // namespace
 
 VeskBuddyGroupPrivate::VeskBuddyGroupPrivate()
-    : pos(0), expanded(false), indexedCount(0)
+    : pos(0), expanded(false)
 {
 }
 
 VeskBuddyGroupPrivate::~VeskBuddyGroupPrivate() = default;
 
 VeskBuddyMetaPrivate::VeskBuddyMetaPrivate()
-    : expanded(false), indexedCount(0)
+    : expanded(false)
 {
 }
 
@@ -380,6 +553,8 @@ VeskBuddyGroupPrivate* VeskBuddyGroup::data() const
 
 bool VeskBuddyGroup::addBuddy(VeskBuddy const& buddy)
 {
+    if (!VeskBuddyChildren::hasKindRecord(buddy))
+        return false;
     switch (buddy.getType()) {
     case Contact:
     case Custom:
@@ -398,15 +573,8 @@ bool VeskBuddyGroup::addBuddy(VeskBuddy const& buddy)
 int VeskBuddyGroup::removeBuddy(VeskBuddy const& buddy)
 {
     return underLock(data(), -1, [this, &buddy](VeskBuddyGroupPrivate& record) {
-        if (clearLinkIf(buddy, *this) && buddy.getType() == Meta) {
-            for (auto it = record.metas.begin(); it != record.metas.end(); ++it) {
-                if (it.value() == buddy) {
-                    record.metas.erase(it);
-                    break;
-                }
-            }
-        }
-        return VeskBuddyChildren::removeAll(record, buddy);
+        bool const unlinked = clearLinkIf(buddy, *this);
+        return VeskBuddyChildren::removeFromGroup(record, buddy, unlinked && buddy.getType() == Meta);
     });
 }
 
@@ -425,8 +593,7 @@ VeskBuddyMeta VeskBuddyGroup::addMeta(QString const& name)
         if (!meta.isValid())
             return meta;
         setLink(meta, *this);
-        record.metas.insert(name, meta);
-        VeskBuddyChildren::appendNew(record, meta);
+        VeskBuddyChildren::insertMeta(record, name, meta);
         return meta;
     });
 }
@@ -453,9 +620,8 @@ int VeskBuddyGroup::statusChildCount(VeskPresence::Flag flag) const
 
 bool VeskBuddyGroup::containsBuddy(VeskBuddy const& buddy) const
 {
-    return underLock(data(), false, [&buddy](VeskBuddyGroupPrivate& record) {
-        return VeskBuddyChildren::contains(record, buddy);
-    });
+    VeskBuddyGroupPrivate* const record = data();
+    return record && VeskBuddyChildren::holds(*record, buddy);
 }
 
 bool VeskBuddyGroup::containsContact(VeskBuddyContact const& contact) const
@@ -465,9 +631,8 @@ bool VeskBuddyGroup::containsContact(VeskBuddyContact const& contact) const
 
 bool VeskBuddyGroup::containsMeta(QString const& name) const
 {
-    return underLock(data(), false, [&name](VeskBuddyGroupPrivate& record) {
-        return record.metas.contains(name);
-    });
+    VeskBuddyGroupPrivate* const record = data();
+    return record && VeskBuddyChildren::holdsMeta(*record, name);
 }
 
 bool VeskBuddyGroup::isExpanded() const
@@ -510,6 +675,8 @@ VeskBuddyMetaPrivate* VeskBuddyMeta::data() const
 
 bool VeskBuddyMeta::addBuddy(VeskBuddy const& buddy)
 {
+    if (!VeskBuddyChildren::hasKindRecord(buddy))
+        return false;
     switch (buddy.getType()) {
     case Contact:
     case Custom:

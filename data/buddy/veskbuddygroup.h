@@ -76,9 +76,22 @@ public:
 };
 
 // The kind record of a group. The library reads pos and expanded and never
-// changes them; protocol and interface code write them here. children and
-// metas change only through the group's operations, which keep an index of
-// the children beside them.
+// changes them; protocol and interface code write them here.
+//
+// children and metas may be read and changed from outside the library too,
+// as long as mutex is held: assigning, swapping, clearing, appending and
+// replacing entries in place are all seen by the next operation. The library
+// keeps an index of children beside the list and notices any such change
+// because the index holds a shared copy of the list it was built from, which
+// a change through children must detach from. Entries taken out of children
+// directly are therefore released by the container's next operation (any
+// one, childCount() included), not at once.
+//
+// containsBuddy, containsContact and containsMeta never wait for mutex: when
+// it is free they take it for a moment and read the list itself; while
+// another thread (or the calling thread) holds it they answer from the index
+// as of the last operation that held it, so changes made directly to
+// children while mutex is still held are seen once it is released.
 class VESK_DATA_EXPORT VeskBuddyGroupPrivate
 {
 public:
@@ -93,16 +106,17 @@ public:
 
 private:
     friend struct VeskBuddyChildren;
-    // Occurrences of each record in children; rebuilt whenever its total no
-    // longer matches the list's length.
+    // All guarded by indexMutex, which is only ever taken innermost.
+    QList<VeskBuddy> indexed;
     QHash<VeskBuddyPrivate const*, int> childIndex;
-    int indexedCount;
+    QHash<QString, VeskBuddyMeta> indexedMetas;
+    QMutex indexMutex;
 
     Q_DISABLE_COPY(VeskBuddyGroupPrivate)
 };
 
 // The kind record of a meta-contact; expanded is written by code outside the
-// library.
+// library. children follows the same rules as a group's.
 class VESK_DATA_EXPORT VeskBuddyMetaPrivate
 {
 public:
@@ -116,8 +130,9 @@ public:
 
 private:
     friend struct VeskBuddyChildren;
+    QList<VeskBuddy> indexed;
     QHash<VeskBuddyPrivate const*, int> childIndex;
-    int indexedCount;
+    QMutex indexMutex;
 
     Q_DISABLE_COPY(VeskBuddyMetaPrivate)
 };

@@ -5,6 +5,9 @@
 #include <QtCore/QMutex>
 #include <QtCore/QWaitCondition>
 
+#include <memory>
+#include <vector>
+
 namespace {
 
 // The next buffer id. Atomic, so that buffers made in several threads at
@@ -53,9 +56,16 @@ VeskBuffer::VeskBuffer(long size, bool synchronized)
     , releases(0)
 {
     allocate(size);
-    if (synchronized) {
+    if (!synchronized)
+        return;
+    // The destructor does not run when the constructor throws.
+    try {
         mutex = new QMutex;
         condition = new QWaitCondition;
+    } catch (...) {
+        delete mutex;
+        delete[] data;
+        throw;
     }
 }
 
@@ -67,11 +77,27 @@ VeskBuffer::~VeskBuffer()
     delete mutex;
 }
 
+// Expects no bytes held. Should the allocation throw, the buffer stays
+// empty (size 0, no data), so size and data always agree.
 void VeskBuffer::allocate(long bytes)
 {
-    size = bytes;
-    data = bytes > 0 ? new unsigned char[bytes] : nullptr;
+    size = 0;
+    data = nullptr;
     ownsData = true;
+    if (bytes < 1) {
+        size = bytes;
+        return;
+    }
+    data = new unsigned char[bytes];
+    size = bytes;
+}
+
+void VeskBuffer::dropData()
+{
+    if (ownsData)
+        delete[] data;
+    data = nullptr;
+    size = 0;
 }
 
 bool VeskBuffer::isValid() const
@@ -81,12 +107,9 @@ bool VeskBuffer::isValid() const
 
 void VeskBuffer::resize(long size)
 {
-    if (ownsData) {
-        if (size == this->size)
-            return;
-        delete[] data;
-        data = nullptr;
-    }
+    if (ownsData && size == this->size)
+        return;
+    dropData();
     allocate(size);
 }
 
@@ -183,12 +206,19 @@ VeskRingBuffer::~VeskRingBuffer()
 
 void VeskRingBuffer::create(int count, int size)
 {
-    bufferCount = qMax(count, 0);
+    // All or nothing: when an allocation throws, the buffers made so far go
+    // and the ring stays as it was.
+    int const wanted = qMax(count, 0);
+    std::vector<std::unique_ptr<VeskBuffer>> made;
+    made.reserve(size_t(wanted));
+    for (int i = 0; i < wanted; ++i)
+        made.push_back(std::make_unique<VeskBuffer>(size, true));
+    buffers.reserve(buffers.size() + wanted);
+    for (std::unique_ptr<VeskBuffer>& buffer : made)
+        buffers.append(buffer.release());
+    bufferCount = wanted;
     nextIndex = 0;
     bufferSize = size;
-    buffers.reserve(buffers.size() + bufferCount);
-    for (int i = 0; i < bufferCount; ++i)
-        buffers.append(new VeskBuffer(size, true));
 }
 
 VeskBuffer* VeskRingBuffer::getBuffer()

@@ -31,6 +31,8 @@ public:
 
     // A buffer that owns its bytes keeps them when the size does not change;
     // otherwise the old bytes (when owned) are freed and new ones allocated.
+    // When that allocation throws, the buffer is left empty: size 0 and no
+    // data.
     void resize(long size);
     // As above, but the new bytes are the given ones. An owning buffer of the
     // same size keeps its own bytes and ignores data and ownsData.
@@ -54,6 +56,7 @@ private:
     Q_DISABLE_COPY(VeskBuffer)
 
     void allocate(long bytes);
+    void dropData();
 
     long size;
     unsigned char* data;
@@ -84,7 +87,8 @@ public:
     ~VeskRingBuffer() override;
 
     // Appends count synchronised buffers of size bytes each and starts the
-    // rotation again at the first buffer.
+    // rotation again at the first buffer. When an allocation throws, nothing
+    // is appended and the ring is left as it was.
     void create(int count, int size);
     // The buffer whose turn it is, marked in use; null when the ring has no
     // buffer.

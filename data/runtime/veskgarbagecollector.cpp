@@ -8,10 +8,15 @@
 
 namespace {
 
-// Guards VeskGarbageCollector::instance and the link between a handle and
-// its private object, in both directions: the private object may end itself
-// in its own thread while another thread calls add(). Taken before the
-// private object's own mutex, never after it.
+// Guards VeskGarbageCollector::instance. Taken on its own only, so that an
+// object asked during a tick (under the private object's mutex) may call
+// getInstance().
+QBasicMutex instanceLock;
+
+// Guards the link between a handle and its private object, in both
+// directions: the private object may end itself in its own thread while
+// another thread calls add(). Taken before the private object's own mutex,
+// never after it.
 QBasicMutex linkLock;
 
 } // namespace
@@ -22,7 +27,7 @@ VeskRemovable::~VeskRemovable() = default;
 
 VeskGarbageCollector* VeskGarbageCollector::getInstance()
 {
-    QMutexLocker locker(&linkLock);
+    QMutexLocker locker(&instanceLock);
     if (!instance)
         instance = new (std::nothrow) VeskGarbageCollector;
     return instance;
@@ -35,15 +40,18 @@ VeskGarbageCollector::VeskGarbageCollector()
 
 VeskGarbageCollector::~VeskGarbageCollector()
 {
+    {
+        QMutexLocker locker(&instanceLock);
+        if (instance == this)
+            instance = nullptr;
+    }
     VeskGarbageCollectorPrivate* collector = nullptr;
     {
         QMutexLocker locker(&linkLock);
-        if (instance == this)
-            instance = nullptr;
         collector = d;
         d = nullptr;
         if (collector)
-            collector->owner = nullptr;
+            collector->forget();
     }
     if (!collector)
         return;
@@ -54,9 +62,20 @@ VeskGarbageCollector::~VeskGarbageCollector()
         collector->deleteLater();
 }
 
+// Makes a new private object in the calling thread when the last one has
+// ended itself after remove(). Called under linkLock.
+void VeskGarbageCollector::start()
+{
+    if (!d)
+        d = new (std::nothrow) VeskGarbageCollectorPrivate(this);
+}
+
 void VeskGarbageCollector::add(VeskRemovable* object)
 {
+    if (!object)
+        return;
     QMutexLocker locker(&linkLock);
+    start();
     if (d)
         d->add(object);
 }
@@ -95,17 +114,23 @@ void VeskGarbageCollectorPrivate::remove()
     removeWhenEmpty = true;
 }
 
+void VeskGarbageCollectorPrivate::forget()
+{
+    QMutexLocker locker(&mutex);
+    owner = nullptr;
+}
+
 void VeskGarbageCollectorPrivate::timeout()
 {
     VeskRemovable* unused = nullptr;
-    bool end = false;
+    bool found = false;
     {
-        QMutexLocker link(&linkLock);
+        // Only this object's own lock is held while the objects are asked,
+        // so isUnused() may reach the collector through getInstance().
+        QMutexLocker locker(&mutex);
         // A handle that let go has forgotten the list: nothing is asked.
         if (!owner)
             return;
-        QMutexLocker locker(&mutex);
-        bool found = false;
         QList<VeskRemovable*> const snapshot = removables;
         for (VeskRemovable* object : snapshot) {
             if (!object->isUnused())
@@ -116,17 +141,25 @@ void VeskGarbageCollectorPrivate::timeout()
                 unused = object;
             break;
         }
-        if (!found && removables.isEmpty() && removeWhenEmpty) {
-            owner->d = nullptr;
-            owner = nullptr;
-            end = true;
-        }
     }
     // Outside the locks: a destructor may wait for other threads, or hand
     // further objects to the collector.
     delete unused;
-    if (end) {
+    if (!found && endIfDone()) {
         timer->stop();
         deleteLater();
     }
+}
+
+// After remove(), unties this object from its handle once the list is empty;
+// an add() on the handle afterwards starts a new private object.
+bool VeskGarbageCollectorPrivate::endIfDone()
+{
+    QMutexLocker link(&linkLock);
+    QMutexLocker locker(&mutex);
+    if (!owner || !removables.isEmpty() || !removeWhenEmpty)
+        return false;
+    owner->d = nullptr;
+    owner = nullptr;
+    return true;
 }

@@ -11,8 +11,9 @@ class VESK_DATA_EXPORT VeskRemovable
 {
 public:
     // True when nothing uses the object any more and it may go. Called in the
-    // collector's thread while the collector's lock is held: it must not call
-    // the collector.
+    // collector's thread while the collector's own lock is held: it may call
+    // VeskGarbageCollector::getInstance(), but not add(), remove() or the
+    // collector's destructor.
     virtual bool isUnused() = 0;
     virtual ~VeskRemovable();
 };
@@ -23,9 +24,11 @@ public:
 // object goes per second.
 //
 // The collector lives in the thread of the first getInstance() call, which
-// must run an event loop. After remove() it ends itself at the first tick
-// that finds its list empty; from then on add() deletes nothing and takes
-// nothing, and the handle may still be destroyed.
+// must run an event loop. After remove() its working part ends itself at the
+// first tick that finds its list empty. The handle stays usable: the next
+// add() starts a new working part in the calling thread, which must then run
+// an event loop, so nothing handed over afterwards is lost. The handle may
+// be destroyed at any time.
 class VESK_DATA_EXPORT VeskGarbageCollector
 {
 public:
@@ -48,6 +51,7 @@ public:
 
 private:
     Q_DISABLE_COPY(VeskGarbageCollector)
+    void start();
     friend class VeskGarbageCollectorPrivate;
 
     VeskGarbageCollectorPrivate* d;

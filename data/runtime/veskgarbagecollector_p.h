@@ -20,15 +20,20 @@ public:
 
     void add(VeskRemovable* object);
     void remove();
+    // Called by a handle that lets go of this object.
+    void forget();
 
     // The handle that refers to this object; null once either has let go of
-    // the other. Guarded by the lock that also guards the handle's d.
+    // the other. Changed under both the lock that guards the handle's d and
+    // mutex, so either is enough to read it.
     VeskGarbageCollector* owner;
 
 public slots:
     void timeout();
 
 private:
+    bool endIfDone();
+
     QList<VeskRemovable*> removables;
     bool removeWhenEmpty;
     QMutex mutex;

@@ -44,7 +44,9 @@ void VeskTimerPrivate::startTimer(VeskTimerReceiver* receiver, int msec, QString
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, &VeskTimerPrivate::timeout);
     }
-    timer->start(msec);
+    // QTimer refuses a negative interval and would never fire, keeping this
+    // object for good; a delay that has already passed fires at once.
+    timer->start(qMax(msec, 0));
 }
 
 void VeskTimerPrivate::stopTimer()

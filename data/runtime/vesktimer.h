@@ -20,7 +20,9 @@ public:
     VeskTimer();
 
     // After msec milliseconds, calls receiver->timerFired(name) once, in
-    // this thread. A timer started earlier on this handle runs on by itself.
+    // this thread; a negative delay counts as 0, so the receiver is called as
+    // soon as the event loop runs. A timer started earlier on this handle runs
+    // on by itself.
     // A null receiver starts nothing.
     void startTimer(VeskTimerReceiver* receiver, int msec, QString const& name);
     // The receiver of the current timer is not called. Does nothing when the

@@ -1,5 +1,8 @@
+# Programs run without LD_LIBRARY_PATH: the installed libraries must find each
+# other through their own runpath.
 function(step)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${ARGN}
+        RESULT_VARIABLE result)
     if(NOT result EQUAL 0)
         message(FATAL_ERROR "consumer: step failed (${result}): ${ARGN}")
     endif()
@@ -31,6 +34,14 @@ step(${CMAKE_COMMAND} -S ${APP_SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR}
     -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
 step(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 step(${WORK_DIR}/build/vesk-consumer)
+
+# Every installed library names its own directory as its runpath.
+foreach(library vesk_core vesk_xml vesk_data)
+    file(STRINGS ${prefix}/lib/lib${library}.so.0 runpath REGEX "^\\$ORIGIN$")
+    if(NOT runpath)
+        message(FATAL_ERROR "consumer: lib${library}.so.0 has no $ORIGIN runpath")
+    endif()
+endforeach()
 
 # The same program built with nothing but what pkg-config says.
 find_program(PKG_CONFIG pkg-config REQUIRED)
