@@ -303,7 +303,7 @@ constexpr long bufferSize = 4096;
 class Handoff
 {
 public:
-    Handoff() : cells(size_t(bufferCount) + 2) {}
+    explicit Handoff(int count) : cells(size_t(count) + 2) {}
     void push(VeskBuffer* buffer)
     {
         size_t const tail = this->tail.load(std::memory_order_relaxed);
@@ -329,9 +329,9 @@ private:
 // The producer loop shared by both sides: take a buffer, fill its ends,
 // hand it over; the consumer reads it and gives it back.
 template<typename Take, typename GiveBack>
-void handBuffers(benchmark::State& state, Take take, GiveBack giveBack)
+void handBuffers(benchmark::State& state, int count, Take take, GiveBack giveBack)
 {
-    Handoff handoff;
+    Handoff handoff(count);
     long sum = 0;
     std::thread consumer([&] {
         for (VeskBuffer* buffer = handoff.pop(); buffer; buffer = handoff.pop()) {
@@ -354,12 +354,25 @@ void handBuffers(benchmark::State& state, Take take, GiveBack giveBack)
         state.SkipWithError("a buffer was lost or overwritten");
 }
 
+void handRing(benchmark::State& state, int count)
+{
+    VeskRingBuffer ring(count, int(bufferSize));
+    handBuffers(state, count, [&ring] { return ring.getBuffer(); }, [](VeskBuffer* b) { b->release(); });
+}
+
 void ringHandoff(benchmark::State& state)
 {
-    VeskRingBuffer ring(bufferCount, int(bufferSize));
-    handBuffers(state, [&ring] { return ring.getBuffer(); }, [](VeskBuffer* b) { b->release(); });
+    handRing(state, bufferCount);
 }
 BENCHMARK(ringHandoff)->UseRealTime();
+
+// The same hand-off with fewer and more buffers in the ring: a short ring
+// makes the producer wait for releases more often.
+void ringHandoffByCount(benchmark::State& state)
+{
+    handRing(state, int(state.range(0)));
+}
+BENCHMARK(ringHandoffByCount)->Arg(2)->Arg(32)->UseRealTime();
 
 // The free buffers wait in a queue guarded by a mutex; the producer sleeps
 // on the condition while the queue is empty.
@@ -397,7 +410,7 @@ private:
 void lockedQueueHandoff(benchmark::State& state)
 {
     LockedPool pool;
-    handBuffers(state, [&pool] { return pool.take(); }, [&pool](VeskBuffer* b) { pool.giveBack(b); });
+    handBuffers(state, bufferCount, [&pool] { return pool.take(); }, [&pool](VeskBuffer* b) { pool.giveBack(b); });
 }
 BENCHMARK(lockedQueueHandoff)->UseRealTime();
 
