@@ -87,8 +87,8 @@ public:
     /// Sets the presence of a contact or temporary contact, and moves the
     /// rows that show it to their new place.
     bool setPresence(VeskBuddy const& entry, VeskPresence const& presence);
-    /// Sets the unread count of an entry the model shows and updates its rows; false when it shows
-    /// none.
+    /// Sets the entry's unread count and updates the rows that show it; false for an invalid
+    /// entry.
     bool setUnreadCount(VeskBuddy const& entry, int count);
     /// Reads every shown group's entries again.
     void refresh();

@@ -101,7 +101,7 @@ public:
     /// The child elements, in document order.
     QList<VeskXmlNode> getChildNodes() const;
 
-    /// The element's name; a null string for a null handle.
+    /// The element's name; an empty string for a null handle.
     QString name() const;
     /// True when the handle refers to no element.
     bool isNull() const;

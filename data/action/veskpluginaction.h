@@ -24,6 +24,7 @@ public:
     /// A method of a plugin that takes its arguments, and may write answers, in one list.
     using Method = void (VeskPlugin::*)(QList<VeskArg>&);
 
+    /// An invalid action: invoking it does nothing.
     VeskPluginAction();
     /// Binds method of plugin to data. The action does not own plugin: it must outlive every
     /// invocation.

@@ -17,13 +17,14 @@ class QDebug;
 class VESK_DATA_EXPORT VeskService
 {
 public:
+    /// A service without name or action: not valid.
     VeskService();
     /// The second and third strings are stored crosswise: second goes to
     /// text2, third to text1.
     VeskService(QString const& name, QString const& second, QString const& third,
                 QString const& protocol, VeskPluginAction const& action);
 
-    /// True when the service has a name and its action is valid.
+    /// True when the service has a name.
     bool isValid() const;
     /// Same name and protocol; the other members take no part.
     bool operator==(VeskService const& other) const;
@@ -50,6 +51,7 @@ VESK_DATA_EXPORT QDebug operator<<(QDebug debug, VeskService const& service);
 class VESK_DATA_EXPORT VeskTextFormat
 {
 public:
+    /// Every number 0 and every string null.
     VeskTextFormat();
 
     /// Every member equal.
@@ -77,6 +79,7 @@ public:
 class VESK_DATA_EXPORT VeskVideoClip
 {
 public:
+    /// Every number 0 and a null text.
     VeskVideoClip();
 
     /// A number of the clip record.

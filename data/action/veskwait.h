@@ -24,6 +24,7 @@ public:
     /// wait(Forever) has no time limit.
     static constexpr unsigned long Forever = static_cast<unsigned long>(-1);
 
+    /// A wait object that has not been woken.
     VeskWait();
     ~VeskWait();
 

@@ -73,11 +73,11 @@ public:
         Undefined = 30 ///< Reserved; no value is ever of this type.
     };
 
+    /// A None value, which takes a value of any type on its first assignment.
     VeskArg();
     ///@{
     /// Each constructor makes a handle that holds value with the type of its C++ type. Pointers are
-    /// stored, never owned; a handle whose record cannot be allocated throws the error built by
-    /// vesk_oom().
+    /// stored, never owned.
     VeskArg(char const& value);
     VeskArg(unsigned char const& value);
     VeskArg(int const& value);

@@ -42,6 +42,7 @@ public:
         Custom = 6 ///< A VeskBuddyCustom.
     };
 
+    /// An invalid handle.
     VeskBuddy();
     /// A new entry of this name and kind, without kind data; kind classes make their entries
     /// through their own constructors.

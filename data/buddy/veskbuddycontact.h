@@ -28,6 +28,7 @@ class VeskBuddyTemporaryPrivate;
 class VESK_DATA_EXPORT VeskBuddyContact : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyContact();
     /// Another handle onto other's entry.
     VeskBuddyContact(VeskBuddyContact const& other) = default;
@@ -45,7 +46,7 @@ public:
     /// resources and avatar paths current; null for an invalid handle.
     VeskBuddyContactPrivate* data() const;
 
-    /// True for a contact entry with its kind record.
+    /// True when the handle refers to a contact.
     bool isValid() const override;
     /// The name given at construction, or the id when that is empty.
     QString getDisplay() const override;
@@ -94,6 +95,7 @@ public:
 class VESK_DATA_EXPORT VeskBuddyMerged : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyMerged();
     /// Another handle onto other's entry.
     VeskBuddyMerged(VeskBuddyMerged const& other) = default;
@@ -135,6 +137,7 @@ private:
 class VESK_DATA_EXPORT VeskBuddyCustom : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyCustom();
     /// Another handle onto other's entry.
     VeskBuddyCustom(VeskBuddyCustom const& other) = default;
@@ -173,6 +176,7 @@ public:
 class VESK_DATA_EXPORT VeskBuddyTemporary : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyTemporary();
     /// Another handle onto other's entry.
     VeskBuddyTemporary(VeskBuddyTemporary const& other) = default;

@@ -26,6 +26,7 @@ class VeskBuddyMetaPrivate;
 class VESK_DATA_EXPORT VeskBuddyGroup : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyGroup();
     /// Another handle onto other's entry.
     VeskBuddyGroup(VeskBuddyGroup const& other) = default;
@@ -43,7 +44,8 @@ public:
     /// Appends buddy as a child and sets its parent link; false when the container refuses it. Any
     /// thread may call: the container's mutex orders the change.
     bool addBuddy(VeskBuddy const& buddy);
-    /// Takes buddy out of the children; the number of children removed (0 or 1).
+    /// Takes buddy out of the children and clears its parent link; the number of entries removed,
+    /// -1 on an invalid group.
     int removeBuddy(VeskBuddy const& buddy);
     /// Out-of-range indexes give an invalid handle and change nothing.
     VeskBuddy removeAt(int index);
@@ -76,6 +78,7 @@ public:
 class VESK_DATA_EXPORT VeskBuddyMeta : public VeskBuddy
 {
 public:
+    /// An invalid handle.
     VeskBuddyMeta();
     /// Another handle onto other's entry.
     VeskBuddyMeta(VeskBuddyMeta const& other) = default;

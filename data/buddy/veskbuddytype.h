@@ -83,6 +83,7 @@ private:
 class VESK_DATA_EXPORT VeskBuddyType
 {
 public:
+    /// An invalid kind, without a record.
     VeskBuddyType();
     /// A failed allocation leaves the handle invalid.
     VeskBuddyType(QString const& id, QString const& display);
@@ -131,6 +132,7 @@ public:
 class VESK_DATA_EXPORT VeskBuddyResource
 {
 public:
+    /// A resource without a type: invalid.
     VeskBuddyResource();
     /// A connection of kind type (not owned) with its presence.
     VeskBuddyResource(VeskBuddyResourceType* type, VeskPresence const& presence);

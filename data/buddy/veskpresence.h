@@ -25,6 +25,7 @@ public:
         Offline = 5 ///< Not reachable.
     };
 
+    /// A presence without a type: invalid.
     VeskPresence();
     /// A presence of type (owned by its contact kind) with a description.
     VeskPresence(VeskPresenceType* type, QString const& description);

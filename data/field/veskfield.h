@@ -54,6 +54,7 @@ public:
         Button = 14 ///< A push button that invokes an action.
     };
 
+    /// A null field.
     VeskField();
     /// Shares other's record.
     VeskField(VeskField const& other);

@@ -90,6 +90,7 @@ private:
 class VESK_DATA_EXPORT VeskRingBuffer : public VeskRemovable
 {
 public:
+    /// A ring without buffers; create() adds them.
     VeskRingBuffer();
     /// A ring of count synchronised buffers of size bytes each.
     VeskRingBuffer(int count, int size);

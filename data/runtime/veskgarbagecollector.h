@@ -39,6 +39,7 @@ public:
     /// case the next call tries again.
     static VeskGarbageCollector* getInstance();
 
+    /// A collector of its own; hosts use the one getInstance() returns.
     VeskGarbageCollector();
     /// Forgets the listed objects without asking or deleting them. When called
     /// in another thread than the collector's, the collector's object is

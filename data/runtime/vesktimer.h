@@ -20,6 +20,7 @@ class VeskTimerReceiver;
 class VESK_DATA_EXPORT VeskTimer
 {
 public:
+    /// A timer that has not been started.
     VeskTimer();
 
     /// After msec milliseconds, calls receiver->timerFired(name) once, in
