@@ -21,6 +21,7 @@ class VESK_CORE_EXPORT VeskPlugin : public QObject
 public:
     /// A plugin owned by parent, as any QObject.
     explicit VeskPlugin(QObject* parent = nullptr);
+    /// Actions bound to the plugin must not be invoked any more.
     ~VeskPlugin() override;
 };
 
@@ -29,7 +30,9 @@ public:
 class VESK_CORE_EXPORT VeskAccountConnection
 {
 public:
+    /// An account connection; protocol plugins derive their own from it.
     VeskAccountConnection();
+    /// Virtual, so that protocol classes are deleted through this base.
     virtual ~VeskAccountConnection();
 };
 
@@ -38,7 +41,9 @@ public:
 class VESK_CORE_EXPORT VeskGuiEventsReceiver
 {
 public:
+    /// A receiver; the user interface derives its own from it.
     VeskGuiEventsReceiver();
+    /// Virtual, so that interface classes are deleted through this base.
     virtual ~VeskGuiEventsReceiver();
 };
 
@@ -46,6 +51,7 @@ public:
 class VESK_CORE_EXPORT VeskTimerReceiver
 {
 public:
+    /// Virtual, so that receivers are deleted through this base.
     virtual ~VeskTimerReceiver();
     /// Called once, in the thread that started the timer, with the name it was started with.
     virtual void timerFired(QString name) = 0;

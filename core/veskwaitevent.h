@@ -21,6 +21,7 @@ public:
 
     /// An event of type type that carries waitObject; the event does not take ownership of it.
     explicit VeskWaitEvent(VeskWait* waitObject, QEvent::Type type = VeskWaitEvent::DefaultType);
+    /// Does not delete the wait object.
     ~VeskWaitEvent() override;
 
     /// Where the receiver stores its answer before it calls VeskWait::wakeUp().

@@ -59,6 +59,7 @@ public:
 
     /// An empty model owned by parent. Use it from the thread it lives in, like any item model.
     explicit VeskBuddyModel(QObject* parent = nullptr);
+    /// Leaves the contact list as it is.
     ~VeskBuddyModel() override;
 
     /// The top-level groups, in the model's order.

@@ -36,6 +36,7 @@ public:
     explicit VeskFieldForm(QWidget* parent = nullptr);
     /// A page of fields, owned by parent.
     explicit VeskFieldForm(QList<VeskField> const& fields, QWidget* parent = nullptr);
+    /// The fields the form was given are left as they were.
     ~VeskFieldForm() override;
 
     /// Replaces the whole page.

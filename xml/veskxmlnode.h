@@ -63,6 +63,7 @@ public:
     VeskXmlNode(VeskXmlNode const& other);
     /// Makes this handle refer to other's element.
     VeskXmlNode& operator=(VeskXmlNode const& other);
+    /// Drops this handle; the document lives while any handle refers into it.
     ~VeskXmlNode();
 
     /// Appends a new child element \<name> with the text data and returns it.

@@ -78,6 +78,7 @@ public:
     /// A call of method of plugin with args; the event does not own plugin.
     VeskCallActionEvent(VeskPlugin* plugin, VeskPluginAction::Method method,
                         QList<VeskArg> const& args);
+    /// Drops the arguments; the plugin is not touched.
     ~VeskCallActionEvent() override;
 
     /// The object whose method is called; not owned.

@@ -26,6 +26,7 @@ public:
 
     /// A wait object that has not been woken.
     VeskWait();
+    /// Nothing may wait on the object any more.
     ~VeskWait();
 
     /// Blocks until wakeUp() has been called or timeout milliseconds have

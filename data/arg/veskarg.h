@@ -113,6 +113,7 @@ public:
 
     /// Shares other's record, and takes its type lock.
     VeskArg(VeskArg const& other);
+    /// Drops this handle's reference; the last one frees the record.
     ~VeskArg();
 
     /// Type-locked: throws unless this handle is None or other has its type.

@@ -59,6 +59,7 @@ public:
         qSwap(d, other.d);
         return *this;
     }
+    /// Drops this handle's reference; the entry's records go with the last one.
     virtual ~VeskBuddy();
 
     /// True when the handle refers to an entry.
@@ -115,6 +116,7 @@ class VESK_DATA_EXPORT VeskBuddyPrivate
 public:
     /// A record with one reference and no kind data.
     VeskBuddyPrivate(QString const& name, VeskBuddy::Type type);
+    /// Destroys the kind record with this one.
     ~VeskBuddyPrivate();
 
     /// The number of handles that share the record.

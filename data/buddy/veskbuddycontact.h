@@ -213,6 +213,7 @@ public:
     VeskBuddyContactPrivate(VeskAccountConnection* account, QString const& id,
                             VeskBuddyType const& buddyType, VeskPresence const& presence,
                             VeskSubscriptionType const& subscription);
+    /// Destroys the record and its members.
     ~VeskBuddyContactPrivate();
 
     /// The account, not owned.
@@ -250,6 +251,7 @@ class VESK_DATA_EXPORT VeskBuddyMergedPrivate
 public:
     /// Holds the merged contacts.
     explicit VeskBuddyMergedPrivate(QList<VeskBuddyContact> const& contacts);
+    /// Destroys the record and its members.
     ~VeskBuddyMergedPrivate();
 
     /// The container that holds the entry.
@@ -269,6 +271,7 @@ public:
     VeskBuddyCustomPrivate(QString const& subType, QString const& ownerId,
                            QHash<QString, VeskArg> const& attribs, QString const& description,
                            QString const& presenceIconPath, QString const& avatarPath);
+    /// Destroys the record and its members.
     ~VeskBuddyCustomPrivate();
 
     /// For the owner of the entry; the library never takes it.
@@ -299,6 +302,7 @@ public:
     /// Holds the members given to the entry's constructor.
     VeskBuddyTemporaryPrivate(VeskAccountConnection* account, QString const& id,
                               VeskPresence const& presence, VeskBuddyGroup const& group);
+    /// Destroys the record and its members.
     ~VeskBuddyTemporaryPrivate();
 
     /// The account, not owned.

@@ -134,6 +134,7 @@ class VESK_DATA_EXPORT VeskBuddyGroupPrivate
 public:
     /// An empty record.
     VeskBuddyGroupPrivate();
+    /// Destroys the record and its members.
     ~VeskBuddyGroupPrivate();
 
     /// The children in order; read or change it only while holding mutex.
@@ -165,6 +166,7 @@ class VESK_DATA_EXPORT VeskBuddyMetaPrivate
 public:
     /// An empty record.
     VeskBuddyMetaPrivate();
+    /// Destroys the record and its members.
     ~VeskBuddyMetaPrivate();
 
     /// The children in order; read or change it only while holding mutex.

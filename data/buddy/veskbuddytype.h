@@ -52,7 +52,9 @@ public:
 class VESK_DATA_EXPORT VeskBuddyTypePrivate
 {
 public:
+    /// An empty kind record with no handle yet.
     VeskBuddyTypePrivate();
+    /// Deletes the presence and subscription types, each once.
     ~VeskBuddyTypePrivate();
 
     /// A presence type whose flag is flag, or null. When several share the
@@ -91,6 +93,7 @@ public:
     VeskBuddyType(VeskBuddyType const& other);
     /// Shares other's record and lets go of the old one.
     VeskBuddyType& operator=(VeskBuddyType const& other);
+    /// Drops this handle; the last one deletes the record with its presence and subscription types.
     ~VeskBuddyType();
 
     /// The record, for the protocol code to fill in; null for an invalid kind.

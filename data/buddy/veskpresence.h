@@ -33,6 +33,7 @@ public:
     VeskPresence(VeskPresence const& other);
     /// Copies other.
     VeskPresence& operator=(VeskPresence const& other);
+    /// The presence type is not deleted: the contact kind owns it.
     ~VeskPresence();
 
     /// True when the presence has a type.

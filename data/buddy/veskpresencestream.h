@@ -23,6 +23,7 @@ class VESK_DATA_EXPORT VeskPresenceStreamKind
 public:
     /// Makes kind the kind of presences read from stream in this thread until the scope ends.
     VeskPresenceStreamKind(QDataStream& stream, VeskBuddyType const& kind);
+    /// Ends the scope; the enclosing one for the stream, if any, counts again.
     ~VeskPresenceStreamKind();
 
     /// The kind of the innermost live scope for stream in this thread; an

@@ -60,6 +60,7 @@ public:
     VeskField(VeskField const& other);
     /// Shares other's record.
     VeskField operator=(VeskField const& other);
+    /// Drops this handle's reference to the record.
     ~VeskField();
 
     /// Exchanges the two handles; never throws.

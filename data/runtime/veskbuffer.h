@@ -27,6 +27,7 @@ public:
     /// Allocates size bytes (not cleared) and owns them; a size below 1
     /// allocates nothing.
     VeskBuffer(long size, bool synchronized);
+    /// Frees the bytes when the buffer owns them.
     ~VeskBuffer();
 
     /// At least one byte at a non-null address.

@@ -18,6 +18,7 @@ public:
     /// VeskGarbageCollector::getInstance(), but not add(), remove() or the
     /// collector's destructor.
     virtual bool isUnused() = 0;
+    /// Virtual: the collector deletes objects through this base.
     virtual ~VeskRemovable();
 };
 
