@@ -90,7 +90,7 @@ bool rosterGuide()
     ok &= expect(isContact && !isMeta && VeskBuddyContact(first) == ann, "the kind conversions");
 
     //! [move]
-    // Placing a contact in another container takes it out of the old one.
+    // Placing a contact in another group takes it out of the container it was in.
     work.addBuddy(ann);
     //! [move]
     ok &= expect(!friends.containsBuddy(ann) && work.containsBuddy(ann)
