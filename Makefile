@@ -1,6 +1,7 @@
 # The front door. `make demo` runs the demo program, `make test` builds and
 # runs the tests under AddressSanitizer and UndefinedBehaviorSanitizer,
-# `make fuzz` runs every fuzz target for FUZZ_SECONDS each.
+# `make fuzz` runs every fuzz target for FUZZ_SECONDS each, `make docs`
+# writes the API reference and guides to build/docs/html.
 
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CTEST_FLAGS ?=
@@ -15,8 +16,10 @@ DEPS_BENCH := libbenchmark-dev
 # The offscreen platform draws text with whatever fonts fontconfig finds.
 DEPS_SCREENSHOT := fonts-dejavu-core
 DEPS_FUZZ := clang-16 libclang-rt-16-dev libfuzzer-16-dev
+DEPS_DOCS := doxygen
+VESK_VERSION := $(shell grep -m1 '^project' CMakeLists.txt | grep -o 'VERSION [0-9.]*' | cut -d' ' -f2)
 
-.PHONY: all demo test test-qt5 test-tsan bench screenshot fuzz deps deps-qt5 deps-bench deps-screenshot deps-fuzz clean
+.PHONY: all demo test test-qt5 test-tsan bench screenshot fuzz docs deps deps-qt5 deps-bench deps-screenshot deps-fuzz deps-docs clean
 
 all: test
 
@@ -78,6 +81,16 @@ fuzz: deps-fuzz
 		grep -E '^(Done|stat::number_of_executed_units|stat::new_units_added)' "$$log"; \
 	done
 
+# The reference of every public header and the guides in docs/. Doxygen
+# treats any warning (an undocumented public name, a broken reference, a
+# missing snippet) as an error; the log must also come out empty.
+docs: deps-docs
+	rm -rf build/docs
+	mkdir -p build/docs
+	@VESK_VERSION=$(VESK_VERSION) doxygen docs/Doxyfile || { cat build/docs/warnings.log; echo "=== docs: doxygen failed"; exit 1; }
+	@if [ -s build/docs/warnings.log ]; then cat build/docs/warnings.log; echo "=== docs: doxygen warned"; exit 1; fi
+	@echo "=== docs: build/docs/html/index.html"
+
 deps:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6)
 
@@ -92,6 +105,9 @@ deps-screenshot:
 
 deps-fuzz:
 	@scripts/ensure-packages $(DEPS_COMMON) $(DEPS_QT6) $(DEPS_FUZZ)
+
+deps-docs:
+	@scripts/ensure-packages $(DEPS_DOCS)
 
 clean:
 	rm -rf build
