@@ -42,11 +42,11 @@ public:
     enum Type : qint32 {
         None = 0, ///< No value: a default-made handle, which takes a value of any type.
         Char = 1, ///< Holds a char.
-        UChar = 2, ///< Holds a unsigned char.
-        Int = 3, ///< Holds a int.
-        UInt = 4, ///< Holds a unsigned int.
+        UChar = 2, ///< Holds an unsigned char.
+        Int = 3, ///< Holds an int.
+        UInt = 4, ///< Holds an unsigned int.
         Int64 = 5, ///< Holds a long long.
-        UInt64 = 6, ///< Holds a unsigned long long.
+        UInt64 = 6, ///< Holds an unsigned long long.
         Float = 7, ///< Holds a float.
         Double = 8, ///< Holds a double.
         String = 9, ///< Holds a QString.
