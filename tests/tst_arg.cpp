@@ -5,6 +5,7 @@
 #include "vesktest.h"
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -96,6 +97,39 @@ void TestArg::roundTrips()
 
 void TestArg::strictConversionsThrow()
 {
+    // Every numeric type converts to itself only, never to a wider or narrower one, nor
+    // between signed and unsigned, in either direction.
+    struct Numeric
+    {
+        char const* name;
+        VeskArg value;
+        std::function<VeskArg(VeskArg const&)> convert;
+    };
+    Numeric const numerics[] = {
+        {"Char", VeskArg(char(-56)), [](VeskArg const& a) { return VeskArg(a.toChar()); }},
+        {"UChar", VeskArg((unsigned char)200), [](VeskArg const& a) { return VeskArg(a.toUChar()); }},
+        {"Int", VeskArg(std::numeric_limits<int>::min()),
+         [](VeskArg const& a) { return VeskArg(a.toInt()); }},
+        {"UInt", VeskArg(std::numeric_limits<unsigned int>::max()),
+         [](VeskArg const& a) { return VeskArg(a.toUInt()); }},
+        {"Int64", VeskArg(std::numeric_limits<long long>::min()),
+         [](VeskArg const& a) { return VeskArg(a.toInt64()); }},
+        {"UInt64", VeskArg(std::numeric_limits<unsigned long long>::max()),
+         [](VeskArg const& a) { return VeskArg(a.toUInt64()); }},
+        {"Float", VeskArg(0.1f), [](VeskArg const& a) { return VeskArg(a.toFloat()); }},
+        {"Double", VeskArg(0.1), [](VeskArg const& a) { return VeskArg(a.toDouble()); }},
+    };
+    for (Numeric const& from : numerics) {
+        QCOMPARE(from.value.getTypeName(), QStringLiteral("VeskArg::") + QLatin1String(from.name));
+        for (Numeric const& to : numerics) {
+            if (&from == &to)
+                QCOMPARE(to.convert(from.value), from.value);
+            else
+                QCOMPARE(thrownText([&] { to.convert(from.value); }),
+                         conversionText(from.name, to.name));
+        }
+    }
+
     VeskArg const five(5);
     QCOMPARE(thrownText([&] { five.toUInt(); }), conversionText("Int", "UInt"));
     QCOMPARE(thrownText([&] { five.toDouble(); }), conversionText("Int", "Double"));

@@ -2,6 +2,9 @@
 
 #include <QtTest/QtTest>
 
+#include <functional>
+#include <limits>
+
 #include "vesktest.h"
 
 namespace {
@@ -89,6 +92,9 @@ private slots:
     void equalityHashAndValue();
     void factoryRefusals();
     void setFieldValueAndClick();
+    void setFieldValueEveryKind_data();
+    void setFieldValueEveryKind();
+    void everySetterCopiesOnWrite();
     void debugAndXmlTexts();
     void xmlReader();
     void xmlMerge();
@@ -177,6 +183,33 @@ void TestField::factoryRefusals()
 {
     QString const id = s("id");
     QString const emptyId = s(": Field id can't be empty");
+    // Every factory refuses an empty id, which is its second argument but for an image's.
+    Target target;
+    VeskPluginAction const action(&target, &Target::press);
+    std::function<void()> const emptyIds[] = {
+        [&] { VeskField::label(id, none, none); },
+        [&] { VeskField::button(id, none, action, none); },
+        [&] { VeskField::comboBox(id, none, {id}, {}, id, none); },
+        [&] { VeskField::spinBox(id, none, 1, 0, 0, none, none); },
+        [&] { VeskField::doubleSpinBox(id, none, 1, 0, 0, none); },
+        [&] { VeskField::radioButton(id, none, true, none, {}); },
+        [&] { VeskField::lineEdit(id, none, id, 0, none); },
+        [&] { VeskField::passwordEdit(id, none, id, 0, none); },
+        [&] { VeskField::textEdit(id, none, id, none); },
+        [&] { VeskField::dirEdit(id, none, id, none); },
+        [&] { VeskField::fileEdit(id, none, id, none); },
+        [&] { VeskField::soundEdit(id, none, id, none); },
+    };
+    // No check on a maximum length: zero and negative ones are stored as given.
+    for (int const length : {0, -1, std::numeric_limits<int>::min()}) {
+        QCOMPARE(line(length).getMaxTextLength(), length);
+        QCOMPARE(VeskField::passwordEdit(id, id, id, length, none).getMaxTextLength(), length);
+    }
+    for (auto const& make : emptyIds) {
+        QString const text = thrownText(make);
+        QVERIFY2(text.startsWith(s("VeskField::")) && text.endsWith(s(": argument 2") + emptyId),
+                 qPrintable(text));
+    }
     QCOMPARE(thrownText([&] { VeskField::image(none, QByteArray(), none); }),
              s("VeskField::image: argument 1") + emptyId);
     QCOMPARE(thrownText([&] { VeskField::checkBox(id, none, true, none, {}); }),
@@ -196,6 +229,12 @@ void TestField::factoryRefusals()
     QCOMPARE(thrownText([&] { VeskField::doubleSpinBox(id, id, 2.0, 0.0, 2.5, none); }),
              s("VeskField::doubleSpinBox: argument 5: Field value can't be greater than field "
                "maximum value"));
+    QCOMPARE(thrownText([&] { VeskField::doubleSpinBox(id, id, 2.0, 1.0, 0.5, none); }),
+             s("VeskField::doubleSpinBox: argument 5: Field value can't be less than field "
+               "minimum value"));
+    // The bounds themselves are accepted.
+    QCOMPARE(VeskField::spinBox(id, id, 5, 5, 5, none, none).getIntValue(), 5);
+    QCOMPARE(VeskField::doubleSpinBox(id, id, 0.5, -0.5, -0.5, none).getDoubleValue(), -0.5);
 
     GermanTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
@@ -240,6 +279,108 @@ void TestField::setFieldValueAndClick()
     QCoreApplication::sendPostedEvents(&dispatcher);
     VeskCallActionEvent::dispatcher = nullptr;
     QCOMPARE(target.calls, QList<QList<VeskArg>>{QList<VeskArg>{VeskArg(7)}});
+}
+
+void TestField::setFieldValueEveryKind_data()
+{
+    QTest::addColumn<VeskField>("field");
+    QTest::addColumn<VeskArg>("value");
+    QByteArray const png("\x89PNG", 4);
+    QTest::newRow("label") << VeskField::label(s("A"), s("l"), none) << VeskArg(s("B"));
+    QTest::newRow("image") << VeskField::image(s("i"), png, none) << VeskArg(QByteArray("GIF"));
+    QTest::newRow("comboBox") << combo({s("a"), s("b")}, "a") << VeskArg(s("b"));
+    QTest::newRow("spinBox") << spin("idle", 10, 0, 3) << VeskArg(-4);
+    QTest::newRow("doubleSpinBox") << VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none)
+                                   << VeskArg(1.5);
+    QTest::newRow("radioButton") << VeskField::radioButton(s("R"), s("r"), true, none, {})
+                                 << VeskArg(false);
+    QTest::newRow("checkBox") << check(false) << VeskArg(true);
+    QTest::newRow("lineEdit") << line(10) << VeskArg(s("Bo"));
+    QTest::newRow("passwordEdit") << VeskField::passwordEdit(s("P"), s("p"), s("x"), 5, none)
+                                  << VeskArg(s("secret"));
+    QTest::newRow("textEdit") << VeskField::textEdit(s("T"), s("t"), s("x"), none) << VeskArg(s(""));
+    QTest::newRow("dirEdit") << VeskField::dirEdit(s("D"), s("d"), s("/a"), none) << VeskArg(s("/b"));
+    QTest::newRow("fileEdit") << VeskField::fileEdit(s("F"), s("f"), s("/a"), none) << VeskArg(s("/f"));
+    QTest::newRow("soundEdit") << VeskField::soundEdit(s("S"), s("s"), s("/a"), none)
+                               << VeskArg(s("/s"));
+}
+
+void TestField::setFieldValueEveryKind()
+{
+    QFETCH(VeskField, field);
+    QFETCH(VeskArg, value);
+    VeskField const before = field;
+    VeskArg const old = field.getValue();
+    QVERIFY(old != value);
+    QVERIFY(VeskArg::setFieldValue(field, value));
+    QCOMPARE(field.getValue(), value);
+    QVERIFY(!VeskArg::setFieldValue(field, value)); // unchanged: reported as such
+    QCOMPARE(before.getValue(), old);                // a copy keeps its value
+    QVERIFY(before != field);
+}
+
+void TestField::everySetterCopiesOnWrite()
+{
+    // Each setter changes one member; probe reads it. A copy taken before the change keeps
+    // the old member, except for the three flags that change every copy in place.
+    struct Row
+    {
+        char const* name;
+        VeskField field;
+        std::function<void(VeskField&)> change;
+        std::function<QVariant(VeskField const&)> probe;
+        bool inPlace;
+    };
+    VeskField const number = spin("idle", 10, 0, 5);
+    VeskField const real = VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none);
+    VeskField const choice = combo({s("a"), s("b"), s("c")}, "a");
+    VeskField const image = VeskField::image(s("i"), QByteArray("PNG"), none);
+    Row const rows[] = {
+        {"setLabel", line(10), [](VeskField& f) { f.setLabel(s("Nickname")); },
+         [](VeskField const& f) { return QVariant(f.getLabel()); }, false},
+        {"setText", line(10), [](VeskField& f) { f.setText(s("Bo")); },
+         [](VeskField const& f) { return QVariant(f.getText()); }, false},
+        {"setImgData", image, [](VeskField& f) { f.setImgData(QByteArray("GIF")); },
+         [](VeskField const& f) { return QVariant(f.getImgData()); }, false},
+        {"setMaxTextLength", line(10), [](VeskField& f) { f.setMaxTextLength(20); },
+         [](VeskField const& f) { return QVariant(f.getMaxTextLength()); }, false},
+        {"setIntValue", number, [](VeskField& f) { f.setIntValue(6); },
+         [](VeskField const& f) { return QVariant(f.getIntValue()); }, false},
+        {"setSpinBoxMin", number, [](VeskField& f) { f.setSpinBoxMin(2); },
+         [](VeskField const& f) { return QVariant(f.getSpinBoxMin()); }, false},
+        {"setSpinBoxMax", number, [](VeskField& f) { f.setSpinBoxMax(8); },
+         [](VeskField const& f) { return QVariant(f.getSpinBoxMax()); }, false},
+        {"setDoubleValue", real, [](VeskField& f) { f.setDoubleValue(1.5); },
+         [](VeskField const& f) { return QVariant(f.getDoubleValue()); }, false},
+        {"setDoubleSpinBoxMin", real, [](VeskField& f) { f.setDoubleSpinBoxMin(0.75); },
+         [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMin()); }, false},
+        {"setDoubleSpinBoxMax", real, [](VeskField& f) { f.setDoubleSpinBoxMax(1.75); },
+         [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMax()); }, false},
+        {"setChecked", check(false), [](VeskField& f) { f.setChecked(true); },
+         [](VeskField const& f) { return QVariant(f.isChecked()); }, false},
+        {"setComboBoxItems", choice,
+         [](VeskField& f) { f.setComboBoxItems({s("x"), s("y")}, {s("X"), s("Y")}); },
+         [](VeskField const& f) { return QVariant(f.getComboBoxIds() + f.getComboBoxLabels()); },
+         false},
+        {"setSelectedIndex", choice, [](VeskField& f) { f.setSelectedIndex(2); },
+         [](VeskField const& f) { return QVariant(f.getSelectedIndex()); }, false},
+        {"setSelectedId", choice, [](VeskField& f) { f.setSelectedId(s("b")); },
+         [](VeskField const& f) { return QVariant(f.getSelectedId()); }, false},
+        {"setVisible", line(10), [](VeskField& f) { f.setVisible(false); },
+         [](VeskField const& f) { return QVariant(f.getVisible()); }, true},
+        {"setReadOnly", line(10), [](VeskField& f) { f.setReadOnly(true); },
+         [](VeskField const& f) { return QVariant(f.isReadOnly()); }, true},
+        {"setPressed", line(10), [](VeskField& f) { f.setPressed(true); },
+         [](VeskField const& f) { return QVariant(f.isPressed()); }, true},
+    };
+    for (Row const& row : rows) {
+        VeskField const original = row.field;
+        VeskField changed = original;
+        QVariant const before = row.probe(original);
+        row.change(changed);
+        QVERIFY2(row.probe(changed) != before, row.name);
+        QVERIFY2((row.probe(original) == before) != row.inPlace, row.name);
+    }
 }
 
 void TestField::debugAndXmlTexts()
