@@ -69,6 +69,7 @@ private slots:
     void recordLifetimeAndFailedAllocation();
     void contactAccessorsAndResources();
     void mergedCustomAndTemporaryEntries();
+    void invalidKindHandlesGiveFallbacks();
     void debugTexts();
 };
 
@@ -279,6 +280,47 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
     VeskBuddyGroup const group(QStringLiteral("Not in list"));
     VeskBuddyTemporary const visitor(nullptr, QStringLiteral("guest@x"), VeskPresence(), group);
     QVERIFY(visitor.getGroup() == group && group.childCount() == 0);
+}
+
+void TestBuddy::invalidKindHandlesGiveFallbacks()
+{
+    // A default handle and one converted from an entry of another kind have no record:
+    // every query gives its empty value and every change does nothing.
+    VeskBuddyGroup const group(QStringLiteral("Friends"));
+    VeskBuddyContact const other = contact(QStringLiteral("alice"));
+    QHash<QString, VeskArg> const attribs{{QStringLiteral("a"), VeskArg(1)}};
+    for (VeskBuddy const& source : {VeskBuddy(), static_cast<VeskBuddy>(group)}) {
+        VeskBuddyContact c(source);
+        c.setFieldValues({VeskField::label(QStringLiteral("L"), QStringLiteral("l"), QString())});
+        c.setAttribs(attribs);
+        QVERIFY(!c.isValid() && c.getDisplay().isNull() && c.getId().isNull());
+        QVERIFY(!c.getAccount() && c.getTypeId().isNull() && c.getPresence() == VeskPresence());
+        QVERIFY(c.getPresenceIcon().isNull() && c.getSubscription().getId().isNull());
+        QVERIFY(c.getResources().isEmpty() && c.getActiveResource() == VeskBuddyResource());
+        QVERIFY(c.getAvatarPath().isNull() && c.getLocalAvatarPath().isNull()
+                && c.getServerAvatarPath().isNull());
+        QVERIFY(c.getAvailableExtraInfo().isEmpty() && c.getExtraInfo().isEmpty());
+        QVERIFY(c.getAttrib(QStringLiteral("a")).getType() == VeskArg::None && c.getAttribs().isEmpty());
+        QVERIFY(!c.getParent().isValid() && !c.data());
+
+        VeskBuddyMerged const m(source);
+        QVERIFY(!m.isValid() && m.getDisplay().isNull() && m.getId().isNull());
+        QVERIFY(m.getPresence() == VeskPresence() && m.getAvatarPath().isNull());
+        QVERIFY(m.getResources().isEmpty() && m.getAccounts().isEmpty());
+        QVERIFY(!m.getContactForAccount(nullptr).isValid() && !m.containsContact(other));
+        QVERIFY(!m.getParent().isValid());
+
+        VeskBuddyCustom cu(source);
+        cu.setAttribs(attribs);
+        QVERIFY(!cu.isValid() && cu.getOwnerId().isNull() && cu.getSubType().isNull());
+        QVERIFY(cu.getDescription().isNull() && cu.getPresenceIconPath().isNull());
+        QVERIFY(cu.getAvatarPath().isNull() && cu.getAttribs().isEmpty() && !cu.getParent().isValid());
+
+        VeskBuddyTemporary const t(source);
+        QVERIFY(!t.isValid() && !t.getAccount() && t.getId().isNull());
+        QVERIFY(t.getPresence() == VeskPresence() && !t.getGroup().isValid());
+        QVERIFY(t.getResources().isEmpty());
+    }
 }
 
 void TestBuddy::debugTexts()

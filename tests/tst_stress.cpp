@@ -3,6 +3,7 @@
 
 #include <VeskData>
 
+#include "veskgarbagecollector_p.h"
 #include "vesktest.h"
 
 #include <QtTest/QtTest>
@@ -158,10 +159,18 @@ void TestStress::collectorPollsRingsThatConsumersRelease()
         QList<VeskBuffer*> const held{ring->getBuffer(), ring->getBuffer(), ring->getBuffer()};
         collector->add(ring);
         for (int i = 0; i < held.size(); ++i) {
-            QThread::msleep(300 + 200 * i);
+            QThread::msleep(50 + 20 * i);
             held.at(i)->release();
         }
-    }, [&] { static_cast<void>(QTest::qWaitFor(bothDeleted, 8000)); });
+    }, [&] {
+        // Ticks run here, as fast as the event loop turns, rather than once a second.
+        QDeadlineTimer const deadline(20000);
+        while (!bothDeleted() && !deadline.hasExpired()) {
+            if (QObject* const worker = veskCollectorWorker(collector))
+                QMetaObject::invokeMethod(worker, "timeout", Qt::DirectConnection);
+            QTest::qWait(10);
+        }
+    });
     std::unique_ptr<VeskGarbageCollector> const owned(collector);
     QVERIFY(bothDeleted());
     QVERIFY(usedAtDeletion[0] == 0 && usedAtDeletion[1] == 0); // none deleted while in use
