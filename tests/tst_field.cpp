@@ -95,6 +95,8 @@ private slots:
     void setFieldValueEveryKind_data();
     void setFieldValueEveryKind();
     void everySetterCopiesOnWrite();
+    void debugTextEveryKind_data();
+    void debugTextEveryKind();
     void debugAndXmlTexts();
     void xmlReader();
     void xmlMerge();
@@ -383,23 +385,55 @@ void TestField::everySetterCopiesOnWrite()
     }
 }
 
+void TestField::debugTextEveryKind_data()
+{
+    QTest::addColumn<VeskField>("field");
+    QTest::addColumn<QString>("text"); // between "type: " and the closing parenthesis
+    Target target;
+    VeskPluginAction const go(&target, &Target::press);
+    QTest::newRow("none") << VeskField() << s("None");
+    QTest::newRow("comboBox")
+        << combo({s("online"), s("away")}, "away", {s("Online"), s("Away")})
+        << s("ComboBox option ids: (\"online\", \"away\")  option labels:  (\"Online\", "
+             "\"Away\")  selected:  \"away\" ");
+    QTest::newRow("checkBox") << check(true) << s("CheckBox checked: true");
+    QTest::newRow("radioButton") << VeskField::radioButton(s("R"), s("id"), false, none, {})
+                                 << s("RadioButton checked: false");
+    // Quoted, never escaped.
+    QTest::newRow("lineEdit") << line(20, "say \"hi\"")
+                              << s("LineEdit text: \"say \"hi\"\" maxtextlength: 20");
+    QTest::newRow("dirEdit") << VeskField::dirEdit(s("D"), s("id"), s("/d"), none)
+                             << s("DirEdit path: \"/d\"");
+    QTest::newRow("fileEdit") << VeskField::fileEdit(s("F"), s("id"), s("/f"), none)
+                              << s("FileEdit path: \"/f\"");
+    QTest::newRow("soundEdit") << VeskField::soundEdit(s("S"), s("id"), s("/s"), none)
+                               << s("SoundEdit path: \"/s\"");
+    QTest::newRow("passwordEdit") << VeskField::passwordEdit(none, s("id"), s("s3cret"), 8, none)
+                                  << s("PasswordEdit password: masked");
+    QTest::newRow("textEdit") << VeskField::textEdit(s("T"), s("id"), s("long"), none)
+                              << s("TextEdit text: \"long\"");
+    QTest::newRow("spinBox") << spin("id", 60, -1, 5) << s("SpinBox max: 60 min: -1 val: 5");
+    QTest::newRow("doubleSpinBox") << VeskField::doubleSpinBox(s("Z"), s("id"), 60.0, 0.25, 2.5, none)
+                                   << s("DoubleSpinBox max: 60 min: 0.25 val: 2.5");
+    QTest::newRow("label") << VeskField::label(s("Hello"), s("id"), none)
+                           << s("Label label: \"Hello\"");
+    QTest::newRow("image") << VeskField::image(s("id"), QByteArray(512, 'x'), none)
+                           << s("Image size: 512");
+    QTest::newRow("button") << VeskField::button(s("Go"), s("id"), go, none)
+                            << s("Button label: \"Go\"");
+}
+
+void TestField::debugTextEveryKind()
+{
+    QFETCH(VeskField, field);
+    QFETCH(QString, text);
+    QCOMPARE(::debugText(field), s("VeskField(id: \"") + field.getId() + s("\" type: ") + text
+                                     + s(") "));
+}
+
 void TestField::debugAndXmlTexts()
 {
     VeskField const status = combo({s("online"), s("away")}, "away", {s("Online"), s("Away")});
-    QCOMPARE(::debugText(check(true)),
-             s("VeskField(id: \"autoaway\" type: CheckBox checked: true) "));
-    QCOMPARE(::debugText(spin("idle", 60, 1, 5)),
-             s("VeskField(id: \"idle\" type: SpinBox max: 60 min: 1 val: 5) "));
-    QCOMPARE(::debugText(VeskField::passwordEdit(none, s("pass"), s("s3cret"), 8, none)),
-             s("VeskField(id: \"pass\" type: PasswordEdit password: masked) "));
-    QCOMPARE(::debugText(VeskField::image(s("avatar"), QByteArray(512, 'x'), none)),
-             s("VeskField(id: \"avatar\" type: Image size: 512) "));
-    QCOMPARE(::debugText(status),
-             s("VeskField(id: \"status\" type: ComboBox option ids: (\"online\", \"away\")  "
-               "option labels:  (\"Online\", \"Away\")  selected:  \"away\" ) "));
-    // Quoted, never escaped.
-    QCOMPARE(::debugText(line(20, "say \"hi\"")),
-             s("VeskField(id: \"nick\" type: LineEdit text: \"say \"hi\"\" maxtextlength: 20) "));
     QList<VeskField> const fields{check(true), VeskField()};
     QCOMPARE(::debugText(fields),
              ::debugText(check(true)) + s("VeskField(id: \"\" type: None)  "));
