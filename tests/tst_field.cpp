@@ -160,19 +160,84 @@ void TestField::limitsAndSelection()
 
 void TestField::equalityHashAndValue()
 {
-    // Combo-box labels and the group take no part in equality.
-    QVERIFY(combo({s("a")}, "a", {s("A")}) == combo({s("a")}, "a", {s("x")}));
-    QVERIFY(VeskField::textEdit(s("T"), s("t"), s("x"), none)
-            == VeskField::textEdit(s("T"), s("t"), s("x"), s("other group")));
-    QVERIFY(combo({s("a"), s("b")}, "b") != combo({s("a"), s("b")}, "a"));
-    QVERIFY(check(true, {s("x")}) != check(true, {s("y")}));
-    QVERIFY(line(10) != line(20));
-    QVERIFY(spin("idle", 10, 0, 5) != spin("idle", 10, 1, 5));
-    QVERIFY(VeskField::label(s("A"), s("l"), none) != VeskField::label(s("B"), s("l"), none));
+    // Each row makes two fields apart, then changes one member of the second: a member
+    // that counts makes them unequal, the others leave them equal.
+    using Change = std::function<void(VeskField&)>;
     Target target;
-    QVERIFY(VeskField::button(s("Go"), s("go"), VeskPluginAction(&target, &Target::press), none)
-            != VeskField::button(s("Go"), s("go"), VeskPluginAction(&target, &Target::other),
-                                 none));
+    VeskPluginAction const press(&target, &Target::press), other(&target, &Target::other);
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    struct Row
+    {
+        char const* name;
+        std::function<VeskField()> make;
+        Change change;
+        bool counts;
+    };
+    auto const text = [](char const* t) { return Change([t](VeskField& f) { f.setText(s(t)); }); };
+    auto const length = [](int n) { return Change([n](VeskField& f) { f.setMaxTextLength(n); }); };
+    auto const dir = [] { return VeskField::dirEdit(s("D"), s("d"), s("/a"), none); };
+    auto const password = [] { return VeskField::passwordEdit(s("P"), s("p"), s("x"), 5, none); };
+    auto const textEdit = [] { return VeskField::textEdit(s("T"), s("t"), s("x"), none); };
+    auto const choice = [] { return combo({s("a"), s("b")}, "a", {s("A"), s("B")}); };
+    auto const radio = [] { return VeskField::radioButton(s("R"), s("r"), false, none, {}); };
+    auto const number = [] { return spin("idle", 10, 0, 5); };
+    auto const real = [] { return VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none); };
+    auto const button = [&] { return VeskField::button(s("Go"), s("go"), press, none); };
+    Row const rows[] = {
+        {"label", [] { return line(10); }, [](VeskField& f) { f.setLabel(s("Other")); }, true},
+        {"id", [] { return line(10); },
+         [](VeskField& f) { f = VeskField::lineEdit(s("Nick"), s("nick2"), s("Al"), 10, none); }, true},
+        {"kind", [] { return VeskField::label(s("Go"), s("go"), none); },
+         [&](VeskField& f) { f = VeskField::button(s("Go"), s("go"), press, none); }, true},
+        {"group", [] { return line(10); },
+         [](VeskField& f) { f = VeskField::lineEdit(s("Nick"), s("nick"), s("Al"), 10, s("g")); }, false},
+        {"flags", [] { return line(10); },
+         [](VeskField& f) { f.setReadOnly(true); f.setVisible(false); f.setPressed(true); }, false},
+        {"lineEdit text", [] { return line(10); }, text("Bo"), true},
+        {"lineEdit maxlength", [] { return line(10); }, length(11), true},
+        {"dirEdit path", dir, text("/b"), true},
+        {"dirEdit maxlength", dir, length(3), true},
+        {"fileEdit path", [] { return VeskField::fileEdit(s("F"), s("f"), s("/a"), none); },
+         text("/b"), true},
+        {"soundEdit path", [] { return VeskField::soundEdit(s("S"), s("s"), s("/a"), none); },
+         text("/b"), true},
+        {"passwordEdit text", password, text("y"), true},
+        {"passwordEdit maxlength", password, length(6), true},
+        {"textEdit text", textEdit, text("y"), true},
+        {"textEdit maxlength", textEdit, length(6), false},
+        {"comboBox selection", choice, [](VeskField& f) { f.setSelectedIndex(1); }, true},
+        {"comboBox ids", choice, [](VeskField& f) { f.setComboBoxItems({s("a"), s("c")}, {}); }, true},
+        {"comboBox labels", choice,
+         [](VeskField& f) { f.setComboBoxItems({s("a"), s("b")}, {s("x"), s("y")}); }, false},
+        {"checkBox checked", [] { return check(false); }, [](VeskField& f) { f.setChecked(true); }, true},
+        {"checkBox depends", [] { return check(true, {s("x")}); },
+         [](VeskField& f) { f = check(true, {s("y")}); }, true},
+        {"radioButton checked", radio, [](VeskField& f) { f.setChecked(true); }, true},
+        {"radioButton depends", radio,
+         [](VeskField& f) { f = VeskField::radioButton(s("R"), s("r"), false, none, {s("x")}); }, true},
+        {"spinBox value", number, [](VeskField& f) { f.setIntValue(6); }, true},
+        {"spinBox max", number, [](VeskField& f) { f.setSpinBoxMax(11); }, true},
+        {"spinBox min", number, [](VeskField& f) { f.setSpinBoxMin(1); }, true},
+        {"spinBox suffix", number,
+         [](VeskField& f) { f = VeskField::spinBox(s("Idle"), s("idle"), 10, 0, 5, none, s("s")); }, false},
+        {"doubleSpinBox value", real, [](VeskField& f) { f.setDoubleValue(1.5); }, true},
+        {"doubleSpinBox max", real, [](VeskField& f) { f.setDoubleSpinBoxMax(1.75); }, true},
+        {"doubleSpinBox min", real, [](VeskField& f) { f.setDoubleSpinBoxMin(0.75); }, true},
+        {"doubleSpinBox NaN", [&] { return VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, nan, none); },
+         [](VeskField&) {}, true},
+        {"image data", [] { return VeskField::image(s("i"), QByteArray("a\0b", 3), none); },
+         [](VeskField& f) { f.setImgData(QByteArray("a\0c", 3)); }, true},
+        {"button action", button,
+         [&](VeskField& f) { f = VeskField::button(s("Go"), s("go"), other, none); }, true},
+        {"label only", [] { return VeskField::label(s("A"), s("l"), none); }, [](VeskField&) {}, false},
+    };
+    for (Row const& row : rows) {
+        VeskField const first = row.make();
+        VeskField second = row.make();
+        row.change(second);
+        QVERIFY2((first == second) != row.counts, row.name);
+        QVERIFY2((first != second) == row.counts, row.name);
+    }
 
     // The hash follows the id only; a set keeps one of equal fields.
     VeskField const sameId = VeskField::label(s("Idle"), s("idle"), none);
