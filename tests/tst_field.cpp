@@ -98,6 +98,8 @@ private slots:
     void debugTextEveryKind_data();
     void debugTextEveryKind();
     void debugAndXmlTexts();
+    void xmlFormEveryKind_data();
+    void xmlFormEveryKind();
     void xmlReader();
     void xmlMerge();
 };
@@ -526,6 +528,76 @@ void TestField::debugAndXmlTexts()
                "</fieldlist>"));
     QCOMPARE(page.at(1).toXml().toString(), s("<field max=\"60\" min=\"1\" type=\"spinbox\" "
                                               "val=\"5\"><id>idle</id></field>"));
+}
+
+void TestField::xmlFormEveryKind_data()
+{
+    // The field, its XML text, and a field of the same kind and id with other values that
+    // reading the text must make equal to the first (null where reading changes nothing).
+    QTest::addColumn<VeskField>("field");
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<VeskField>("other");
+    auto const radio = [](bool on) { return VeskField::radioButton(s("R"), s("r"), on, none, {}); };
+    auto const real = [](double max, double min, double value) {
+        return VeskField::doubleSpinBox(s("Z"), s("z"), max, min, value, none);
+    };
+    QTest::newRow("checkBox unchecked")
+        << check(false) << s("<field checked=\"0\" type=\"checkbox\"><id>autoaway</id></field>")
+        << check(true);
+    QTest::newRow("radioButton checked")
+        << radio(true) << s("<field checked=\"1\" type=\"radiobutton\"><id>r</id></field>")
+        << radio(false);
+    QTest::newRow("lineEdit empty")
+        << line(4, "") << s("<field maxlength=\"4\" type=\"lineedit\"><id>nick</id><string/></field>")
+        << line(9, "x");
+    QTest::newRow("dirEdit")
+        << VeskField::dirEdit(s("D"), s("d"), s("/a"), none)
+        << s("<field maxlength=\"0\" type=\"lineedit\"><id>d</id><string>/a</string></field>")
+        << VeskField::dirEdit(s("D"), s("d"), s("/b"), none);
+    QTest::newRow("fileEdit")
+        << VeskField::fileEdit(s("F"), s("f"), s("/a"), none)
+        << s("<field maxlength=\"0\" type=\"lineedit\"><id>f</id><string>/a</string></field>")
+        << VeskField::fileEdit(s("F"), s("f"), s(""), none);
+    QTest::newRow("soundEdit")
+        << VeskField::soundEdit(s("S"), s("s"), s("/a"), none)
+        << s("<field maxlength=\"0\" type=\"lineedit\"><id>s</id><string>/a</string></field>")
+        << VeskField::soundEdit(s("S"), s("s"), s("/b"), none);
+    QTest::newRow("textEdit")
+        << VeskField::textEdit(s("T"), s("t"), s("a<b"), none)
+        << s("<field type=\"textedit\"><id>t</id><string>a&lt;b</string></field>")
+        << VeskField::textEdit(s("T"), s("t"), s("x"), none);
+    QTest::newRow("spinBox negative")
+        << spin("idle", -1, -10, -5)
+        << s("<field max=\"-1\" min=\"-10\" type=\"spinbox\" val=\"-5\"><id>idle</id></field>")
+        << spin("idle", 10, 0, 5);
+    QTest::newRow("doubleSpinBox")
+        << real(2.5, -0.25, 1.0)
+        << s("<field max=\"2.5\" min=\"-0.25\" type=\"doublespinbox\" val=\"1\"><id>z</id></field>")
+        << real(9.0, 0.0, 3.0);
+    QTest::newRow("comboBox without items")
+        << combo({}, "") << s("<field type=\"combobox\"><id>status</id></field>") << VeskField();
+    QTest::newRow("comboBox last selected")
+        << combo({s("a"), s("b")}, "b")
+        << s("<field type=\"combobox\"><id>status</id><item id=\"a\">a</item>"
+             "<item id=\"b\" selected=\"1\">b</item></field>")
+        << combo({s("a"), s("b")}, "a");
+    QTest::newRow("label") << VeskField::label(s("Hi"), s("l"), none)
+                           << s("<field type=\"label\"><id>l</id></field>") << VeskField();
+    QTest::newRow("image empty") << VeskField::image(s("i"), QByteArray(), none)
+                                 << s("<field type=\"image\"><id>i</id></field>") << VeskField();
+}
+
+void TestField::xmlFormEveryKind()
+{
+    QFETCH(VeskField, field);
+    QFETCH(QString, xml);
+    QFETCH(VeskField, other);
+    QCOMPARE(field.toXml().toString(), xml);
+    if (other.isNull())
+        return;
+    QVERIFY(other != field);
+    other.fromXml(field.toXml());
+    QCOMPARE(other, field);
 }
 
 void TestField::xmlReader()
