@@ -311,15 +311,25 @@ void TestArg::recordTypes()
 
 void TestArg::debugTexts()
 {
-    QCOMPARE(debugText(VeskArg()), QStringLiteral("VeskArg(None) "));
-    QCOMPARE(debugText(VeskArg(5)), QStringLiteral("VeskArg(Int: 5) "));
-    QCOMPARE(debugText(VeskArg('A')), QStringLiteral("VeskArg(Char: A) "));
-    QCOMPARE(debugText(VeskArg(static_cast<unsigned char>(65))), QStringLiteral("VeskArg(UChar: 65) "));
-    QCOMPARE(debugText(VeskArg(-1099511627776LL)), QStringLiteral("VeskArg(Int64: -1099511627776) "));
-    QCOMPARE(debugText(VeskArg(0.5f)), QStringLiteral("VeskArg(Float: 0.5) "));
-    QCOMPARE(debugText(VeskArg(false)), QStringLiteral("VeskArg(Bool: false) "));
-    QCOMPARE(debugText(VeskArg("a \"b\"\n")), QStringLiteral("VeskArg(String: \"a \"b\"\n\") "));
-    QCOMPARE(debugText(VeskArg(QByteArray("ab"))), QStringLiteral("VeskArg(ByteArray:\"ab\") "));
+    // Every scalar type, at values where a wrong cast would show.
+    QPair<VeskArg, char const*> const scalars[] = {
+        {VeskArg(), "None"},
+        {VeskArg(5), "Int: 5"},
+        {VeskArg('A'), "Char: A"},
+        {VeskArg(static_cast<unsigned char>(200)), "UChar: 200"},
+        {VeskArg(4294967295u), "UInt: 4294967295"},
+        {VeskArg(-1099511627776LL), "Int64: -1099511627776"},
+        {VeskArg(18446744073709551615ULL), "UInt64: 18446744073709551615"},
+        {VeskArg(0.5f), "Float: 0.5"},
+        {VeskArg(-2.25), "Double: -2.25"},
+        {VeskArg(false), "Bool: false"},
+        {VeskArg("a \"b\"\n"), "String: \"a \"b\"\n\""},
+        {VeskArg(QByteArray("ab")), "ByteArray:\"ab\""},
+        {VeskArg(static_cast<void*>(nullptr)), "Pointer: 0x0"},
+        {VeskArg(static_cast<VeskAccountConnection*>(nullptr)), "Account: 0x0"},
+    };
+    for (auto const& row : scalars)
+        QCOMPARE(debugText(row.first), QStringLiteral("VeskArg(%1) ").arg(QString::fromUtf8(row.second)));
     QCOMPARE(debugText(VeskArg(QStringList{QStringLiteral("a"), QStringLiteral("b")})),
              QStringLiteral("VeskArg(StringList: (\"a\", \"b\") ) "));
     QCOMPARE(debugText(VeskArg(QList<void*>{nullptr})), QStringLiteral("VeskArg(PointerList: (0x0) ) "));
