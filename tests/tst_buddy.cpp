@@ -325,8 +325,12 @@ void TestBuddy::invalidKindHandlesGiveFallbacks()
 
 void TestBuddy::debugTexts()
 {
-    QCOMPARE(debugText(VeskBuddy::Type(7)), QStringLiteral("VeskBuddy:: ")); // one past the last kind
-    QCOMPARE(debugText(VeskBuddy::Temporary), QStringLiteral("VeskBuddy::Temporary "));
+    // Every kind by its number, then the first number past them and a negative one.
+    char const* const kinds[] = {"Invalid", "Group", "Meta", "Contact", "Merged", "Temporary", "Custom",
+                                 "", ""};
+    for (int number = 0; number < 9; ++number)
+        QCOMPARE(debugText(VeskBuddy::Type(number < 8 ? number : -1)),
+                 QStringLiteral("VeskBuddy::%1 ").arg(QLatin1String(kinds[number])));
     QCOMPARE(debugText(VeskBuddy()), QStringLiteral("VeskBuddy( Invalid ) "));
 
     VeskBuddyContact const alice = contact(QStringLiteral("alice@x"), QStringLiteral("Al\"ice"));

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -87,6 +88,8 @@ void TestRuntime::timerCallsItsReceiverOnce()
     restarted.startTimer(&recorder, 40, QStringLiteral("new"));
     restarted.stopTimer();
     refused.startTimer(nullptr, 1, QStringLiteral("refused"));
+    refused.stopTimer();
+    VeskTimer().stopTimer(); // never started
     // A delay that has already passed fires at once rather than never.
     late.startTimer(&recorder, -5, QStringLiteral("late"));
 
@@ -130,6 +133,15 @@ void TestRuntime::collectorTakesOneObjectPerTick()
     tick(&collector);
     QVERIFY(veskCollectorWorker(&collector));
     delete forgotten;
+
+    // A handle destroyed in another thread leaves its working part to this one, where its
+    // timer lives, to delete.
+    auto* const elsewhere = new VeskGarbageCollector;
+    QPointer<QObject> const worker = veskCollectorWorker(elsewhere);
+    std::thread([elsewhere] { delete elsewhere; }).join();
+    QVERIFY(!worker.isNull());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(worker.isNull());
 }
 
 void TestRuntime::collectorEndsAfterRemove()
