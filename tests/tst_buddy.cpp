@@ -216,6 +216,7 @@ void TestBuddy::contactAccessorsAndResources()
     QVERIFY(unnamed.getDisplay() == QStringLiteral("bob@x") && named.getDisplay() == QStringLiteral("Eve"));
     QCOMPARE(unnamed.getPresenceIcon(), QStringLiteral("online.png"));
     QCOMPARE(named.getPresenceIcon(), QStringLiteral("ask.png"));
+    QCOMPARE(named.getSubscription().getPriority(), 1u);
     named.data()->serverAvatarPath = QStringLiteral("server.png");
     QCOMPARE(named.getAvatarPath(), QStringLiteral("server.png"));
     named.data()->localAvatarPath = QStringLiteral("local.png");
@@ -226,6 +227,10 @@ void TestBuddy::contactAccessorsAndResources()
     VeskBuddyResourceType phone(QStringLiteral("phone"), QString());
     VeskBuddyResourceType desk(QStringLiteral("desk"), QString());
     VeskBuddyResourceType lookalike(QStringLiteral("phone"), QString());
+    VeskBuddyResourceType pager(QStringLiteral("pager"), QStringLiteral("pager.png"));
+    VeskBuddyResource const typed(&pager, VeskPresence()), untyped;
+    QVERIFY(typed.isValid() && typed.getIcon() == QStringLiteral("pager.png"));
+    QVERIFY(!untyped.isValid() && untyped.getIcon().isNull() && untyped.getPriority() == -1);
     VeskPresenceType three = presenceType(3);
     VeskPresenceType seven = presenceType(7);
     VeskPresenceType huge = presenceType(4294967295u);

@@ -203,6 +203,7 @@ void TestRuntime::resolutions()
         QCOMPARE(round2(r.first), r.second);
 
     VeskResolution const fourThirds(4.0f / 3.0f, 0);
+    QVERIFY(fourThirds.getRatio() == 4.0f / 3.0f && VeskResolution(1.0f, 1600).getStartWidth() == 1600);
     QCOMPARE(fourThirds.getResolutions(), multiples(64, 48, 25));
     QCOMPARE(VeskResolution(100.0f, 0).getResolutions(),
              (QList<QSize>{{16, 0}, {32, 0}, {48, 0}, {1552, 16}, {1568, 16}, {1584, 16}, {1600, 16}}));
