@@ -182,12 +182,13 @@ void TestBuddy::recordLifetimeAndFailedAllocation()
     allocationsBeforeFailure = 0;
     QVERIFY(!VeskBuddyType(QStringLiteral("x"), QStringLiteral("X")).isValid());
 
-    // The kind record fails after the shared one was made: that one is
-    // dropped again (the leak checker of the sanitizer builds would see it).
-    for (int which = 0; which < 6; ++which) {
-        allocationsBeforeFailure = 1;
+    // Every kind, with its shared record failing, or its kind record failing after the
+    // shared one was made: that one is dropped again (the sanitizer builds' leak checker
+    // would see it).
+    for (int which = 0; which < 12; ++which) {
+        allocationsBeforeFailure = which / 6;
         VeskBuddy entry;
-        switch (which) {
+        switch (which % 6) {
         case 0: entry = VeskBuddyGroup(QStringLiteral("g")); break;
         case 1: entry = VeskBuddyMeta(QStringLiteral("m")); break;
         case 2: entry = contact(QStringLiteral("c")); break;
@@ -221,6 +222,20 @@ void TestBuddy::contactAccessorsAndResources()
     QCOMPARE(named.getAvatarPath(), QStringLiteral("server.png"));
     named.data()->localAvatarPath = QStringLiteral("local.png");
     QCOMPARE(named.getAvatarPath(), QStringLiteral("local.png"));
+    QVERIFY(named.getLocalAvatarPath() == QStringLiteral("local.png")
+            && named.getServerAvatarPath() == QStringLiteral("server.png"));
+
+    // Extra information and free attributes live in the record all handles share.
+    VeskBuddyType const kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
+    VeskField const nick = VeskField::label(QStringLiteral("Nick"), QStringLiteral("nick"), QString());
+    kind.data()->extraInfoFields = {nick};
+    VeskBuddyContact withKind(nullptr, QStringLiteral("t"), QString(), kind, VeskPresence(), asked);
+    VeskBuddyContact const sameEntry = withKind;
+    withKind.setFieldValues({nick, nick});
+    withKind.setAttribs({{QStringLiteral("a"), VeskArg(1)}});
+    QVERIFY(sameEntry.getTypeId() == QStringLiteral("xmpp") && sameEntry.getAvailableExtraInfo() == QList<VeskField>{nick});
+    QCOMPARE(sameEntry.getExtraInfo().size(), 2);
+    QVERIFY(sameEntry.getAttrib(QStringLiteral("a")) == VeskArg(1) && sameEntry.getAttribs().size() == 1);
 
     // Resources are equal by type record. The first of the highest priorities
     // is active; priorities compare signed, so the largest unsigned one is -1.
