@@ -449,6 +449,9 @@ void TestField::everySetterCopiesOnWrite()
         row.change(changed);
         QVERIFY2(row.probe(changed) != before, row.name);
         QVERIFY2((row.probe(original) == before) != row.inPlace, row.name);
+        VeskField null; // every setter leaves a null field null
+        row.change(null);
+        QVERIFY2(null.isNull() && null == VeskField(), row.name);
     }
 }
 
