@@ -142,6 +142,8 @@ void TestField::limitsAndSelection()
     number.setIntValue(100);
     number.setSpinBoxMax(3); // unchanged limit: nothing moves
     QCOMPARE(number.getIntValue(), 100);
+    QVERIFY(number.getMaxIntValue() == 3 && number.getMinIntValue() == 4);
+    QCOMPARE(check(true, {s("a"), s("b")}).getDepends(), (QStringList{s("a"), s("b")}));
     VeskField real = VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none);
     real.setDoubleSpinBoxMin(1.5);
     real.setDoubleSpinBoxMax(1.25);
