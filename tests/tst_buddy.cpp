@@ -295,6 +295,13 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
     VeskBuddyGroup const group(QStringLiteral("Not in list"));
     VeskBuddyTemporary const visitor(nullptr, QStringLiteral("guest@x"), VeskPresence(), group);
     QVERIFY(visitor.getGroup() == group && group.childCount() == 0);
+
+    // Kind handles copy as handles: the copy is the same entry.
+    VeskBuddyMerged const mergedCopy(merged);
+    VeskBuddyCustom const feedCopy(feed);
+    VeskBuddyTemporary const visitorCopy(visitor);
+    QVERIFY(mergedCopy == merged && feedCopy == feed && visitorCopy == visitor);
+    QVERIFY(mergedCopy.getId() == merged.getId() && visitorCopy.getId() == visitor.getId());
 }
 
 void TestBuddy::invalidKindHandlesGiveFallbacks()
