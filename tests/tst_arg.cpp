@@ -5,6 +5,7 @@
 #include "vesktest.h"
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -44,7 +45,6 @@ private slots:
 
 void TestArg::typeNumbersAndNames()
 {
-    QCOMPARE(sizeof(VeskArg::Type), sizeof(qint32));
     QCOMPARE(vesk_arg_type(VeskArg::None), QStringLiteral("VeskArg::None"));
     QCOMPARE(vesk_arg_type(VeskArg::VideoClip), QStringLiteral("VeskArg::VideoClip"));
     QCOMPARE(vesk_arg_type(VeskArg::Undefined), QStringLiteral("VeskArg::Undefined"));
@@ -96,6 +96,39 @@ void TestArg::roundTrips()
 
 void TestArg::strictConversionsThrow()
 {
+    // Every numeric type converts to itself only, never to a wider or narrower one, nor
+    // between signed and unsigned, in either direction.
+    struct Numeric
+    {
+        char const* name;
+        VeskArg value;
+        std::function<VeskArg(VeskArg const&)> convert;
+    };
+    Numeric const numerics[] = {
+        {"Char", VeskArg(char(-56)), [](VeskArg const& a) { return VeskArg(a.toChar()); }},
+        {"UChar", VeskArg((unsigned char)200), [](VeskArg const& a) { return VeskArg(a.toUChar()); }},
+        {"Int", VeskArg(std::numeric_limits<int>::min()),
+         [](VeskArg const& a) { return VeskArg(a.toInt()); }},
+        {"UInt", VeskArg(std::numeric_limits<unsigned int>::max()),
+         [](VeskArg const& a) { return VeskArg(a.toUInt()); }},
+        {"Int64", VeskArg(std::numeric_limits<long long>::min()),
+         [](VeskArg const& a) { return VeskArg(a.toInt64()); }},
+        {"UInt64", VeskArg(std::numeric_limits<unsigned long long>::max()),
+         [](VeskArg const& a) { return VeskArg(a.toUInt64()); }},
+        {"Float", VeskArg(0.1f), [](VeskArg const& a) { return VeskArg(a.toFloat()); }},
+        {"Double", VeskArg(0.1), [](VeskArg const& a) { return VeskArg(a.toDouble()); }},
+    };
+    for (Numeric const& from : numerics) {
+        QCOMPARE(from.value.getTypeName(), QStringLiteral("VeskArg::") + QLatin1String(from.name));
+        for (Numeric const& to : numerics) {
+            if (&from == &to)
+                QCOMPARE(to.convert(from.value), from.value);
+            else
+                QCOMPARE(thrownText([&] { to.convert(from.value); }),
+                         conversionText(from.name, to.name));
+        }
+    }
+
     VeskArg const five(5);
     QCOMPARE(thrownText([&] { five.toUInt(); }), conversionText("Int", "UInt"));
     QCOMPARE(thrownText([&] { five.toDouble(); }), conversionText("Int", "Double"));
@@ -277,15 +310,25 @@ void TestArg::recordTypes()
 
 void TestArg::debugTexts()
 {
-    QCOMPARE(debugText(VeskArg()), QStringLiteral("VeskArg(None) "));
-    QCOMPARE(debugText(VeskArg(5)), QStringLiteral("VeskArg(Int: 5) "));
-    QCOMPARE(debugText(VeskArg('A')), QStringLiteral("VeskArg(Char: A) "));
-    QCOMPARE(debugText(VeskArg(static_cast<unsigned char>(65))), QStringLiteral("VeskArg(UChar: 65) "));
-    QCOMPARE(debugText(VeskArg(-1099511627776LL)), QStringLiteral("VeskArg(Int64: -1099511627776) "));
-    QCOMPARE(debugText(VeskArg(0.5f)), QStringLiteral("VeskArg(Float: 0.5) "));
-    QCOMPARE(debugText(VeskArg(false)), QStringLiteral("VeskArg(Bool: false) "));
-    QCOMPARE(debugText(VeskArg("a \"b\"\n")), QStringLiteral("VeskArg(String: \"a \"b\"\n\") "));
-    QCOMPARE(debugText(VeskArg(QByteArray("ab"))), QStringLiteral("VeskArg(ByteArray:\"ab\") "));
+    // Every scalar type, at values where a wrong cast would show.
+    QPair<VeskArg, char const*> const scalars[] = {
+        {VeskArg(), "None"},
+        {VeskArg(5), "Int: 5"},
+        {VeskArg('A'), "Char: A"},
+        {VeskArg(static_cast<unsigned char>(200)), "UChar: 200"},
+        {VeskArg(4294967295u), "UInt: 4294967295"},
+        {VeskArg(-1099511627776LL), "Int64: -1099511627776"},
+        {VeskArg(18446744073709551615ULL), "UInt64: 18446744073709551615"},
+        {VeskArg(0.5f), "Float: 0.5"},
+        {VeskArg(-2.25), "Double: -2.25"},
+        {VeskArg(false), "Bool: false"},
+        {VeskArg("a \"b\"\n"), "String: \"a \"b\"\n\""},
+        {VeskArg(QByteArray("ab")), "ByteArray:\"ab\""},
+        {VeskArg(static_cast<void*>(nullptr)), "Pointer: 0x0"},
+        {VeskArg(static_cast<VeskAccountConnection*>(nullptr)), "Account: 0x0"},
+    };
+    for (auto const& row : scalars)
+        QCOMPARE(debugText(row.first), QStringLiteral("VeskArg(%1) ").arg(QString::fromUtf8(row.second)));
     QCOMPARE(debugText(VeskArg(QStringList{QStringLiteral("a"), QStringLiteral("b")})),
              QStringLiteral("VeskArg(StringList: (\"a\", \"b\") ) "));
     QCOMPARE(debugText(VeskArg(QList<void*>{nullptr})), QStringLiteral("VeskArg(PointerList: (0x0) ) "));

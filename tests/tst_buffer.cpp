@@ -1,5 +1,7 @@
 #include <VeskData>
 
+#include "vesktest.h"
+
 #include <QtTest/QtTest>
 
 #include <atomic>
@@ -19,7 +21,10 @@ bool waitsForLateRelease(VeskBuffer* buffer, std::function<void()> const& blocki
         released = true;
         buffer->release();
     });
-    blocking();
+    {
+        WaitLimit const limit("a wait for a released buffer", 10000);
+        blocking();
+    }
     bool const waited = released;
     consumer.join();
     return waited;
@@ -38,11 +43,12 @@ private slots:
 
 void TestBuffer::idsValidityResizeAndFlag()
 {
-    // Every constructor draws the next id, counting from zero in this first test.
+    // Every constructor draws the next id.
     unsigned char bytes[16] = {};
     VeskBuffer const empty, wrapped(16, bytes, false);
     VeskBuffer buffer(16, false);
-    QCOMPARE((QList<int>{empty.getId(), wrapped.getId(), buffer.getId()}), (QList<int>{0, 1, 2}));
+    QCOMPARE(wrapped.getId(), empty.getId() + 1);
+    QCOMPARE(buffer.getId(), empty.getId() + 2);
 
     QVERIFY(!VeskBuffer(0, bytes, false).isValid());
     QVERIFY(!VeskBuffer(16, nullptr, false).isValid());

@@ -278,6 +278,12 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::XmlNode) << quint8(1) << QStringLiteral("<a>");
              }),
              corrupt);
+    // A node in a format version this library does not know.
+    for (quint8 version : {0, 2})
+        QCOMPARE(read([version](QDataStream& s) {
+                     s << quint8(1) << qint32(VeskArg::XmlNode) << version << QStringLiteral("<a/>");
+                 }),
+                 corrupt);
     // Trees are walked recursively, so nodes nest only so deep.
     for (int depth : {256, 257}) {
         QString const text = QStringLiteral("<a>").repeated(depth) + QStringLiteral("</a>").repeated(depth);

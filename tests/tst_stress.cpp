@@ -3,22 +3,31 @@
 
 #include <VeskData>
 
+#include "veskgarbagecollector_p.h"
+#include "vesktest.h"
+
 #include <QtTest/QtTest>
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 namespace {
 
-// Runs body(0) .. body(count - 1), each in a thread of its own, and meanwhile() in this one.
+// Generous: the ThreadSanitizer build runs these many times slower.
+constexpr int stressLimit = 120000;
+
+// Runs body(0) .. body(count - 1), each in a thread of its own, and meanwhile() in this one;
+// joins them all before it returns, whatever meanwhile() did.
 void runThreads(int count, std::function<void(int)> const& body,
                 std::function<void()> const& meanwhile = [] {})
 {
+    WaitLimit const limit("stress threads", stressLimit);
     std::vector<std::thread> threads;
     for (int i = 0; i < count; ++i)
         threads.emplace_back(body, i);
@@ -26,6 +35,21 @@ void runThreads(int count, std::function<void(int)> const& body,
     for (std::thread& thread : threads)
         thread.join();
 }
+
+// Event-loop threads that are stopped and joined on every way out of a test, so that a
+// failed check does not leave a running QThread to abort the program.
+struct LoopThreads
+{
+    explicit LoopThreads(int count) : threads(count) {}
+    ~LoopThreads()
+    {
+        for (QThread& thread : threads) {
+            thread.quit();
+            thread.wait();
+        }
+    }
+    std::vector<QThread> threads;
+};
 
 // Answers with the first value of the wait object doubled, or -1 outside its own thread.
 // The gate shows the sanitizer the order the posted-event queue gives: the sender passes
@@ -73,11 +97,11 @@ void TestStress::waitRoundTrips()
 {
     // One receiver per sender: a shared receiver would mostly exercise QtCore's event queue.
     constexpr int pairs = 3, trips = 300;
-    QThread receivers[pairs];
     Doubler doublers[pairs];
+    LoopThreads receivers(pairs); // declared after the doublers: stopped before they go
     for (int i = 0; i < pairs; ++i) {
-        doublers[i].moveToThread(&receivers[i]);
-        receivers[i].start();
+        doublers[i].moveToThread(&receivers.threads[i]);
+        receivers.threads[i].start();
     }
     std::atomic<int> wrong{0};
     runThreads(pairs, [&](int sender) {
@@ -90,10 +114,6 @@ void TestStress::waitRoundTrips()
         }
     });
     QCOMPARE(wrong.load(), 0);
-    for (QThread& receiver : receivers) {
-        receiver.quit();
-        QVERIFY(receiver.wait(10000));
-    }
 }
 
 void TestStress::ringProducerAndConsumers()
@@ -139,12 +159,21 @@ void TestStress::collectorPollsRingsThatConsumersRelease()
         QList<VeskBuffer*> const held{ring->getBuffer(), ring->getBuffer(), ring->getBuffer()};
         collector->add(ring);
         for (int i = 0; i < held.size(); ++i) {
-            QThread::msleep(300 + 200 * i);
+            QThread::msleep(50 + 20 * i);
             held.at(i)->release();
         }
-    }, [&] { QVERIFY(QTest::qWaitFor(bothDeleted, 8000)); });
+    }, [&] {
+        // Ticks run here, as fast as the event loop turns, rather than once a second.
+        QDeadlineTimer const deadline(20000);
+        while (!bothDeleted() && !deadline.hasExpired()) {
+            if (QObject* const worker = veskCollectorWorker(collector))
+                QMetaObject::invokeMethod(worker, "timeout", Qt::DirectConnection);
+            QTest::qWait(10);
+        }
+    });
+    std::unique_ptr<VeskGarbageCollector> const owned(collector);
+    QVERIFY(bothDeleted());
     QVERIFY(usedAtDeletion[0] == 0 && usedAtDeletion[1] == 0); // none deleted while in use
-    delete collector;
 }
 
 void TestStress::valuesAndIdsMadeInSeveralThreads()

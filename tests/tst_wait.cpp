@@ -1,5 +1,7 @@
 #include <VeskData>
 
+#include "vesktest.h"
+
 #include <QtTest/QtTest>
 
 #include <atomic>
@@ -24,6 +26,24 @@ struct Answerer : QObject
     }
 };
 
+// Answers in its own thread after a pause, noting that it did before waking the sender.
+struct SlowAnswerer : QObject
+{
+    std::atomic<bool> answered{false};
+
+    bool event(QEvent* e) override
+    {
+        if (e->type() != VeskWaitEvent::DefaultType)
+            return QObject::event(e);
+        QThread::msleep(1100);
+        VeskWait* const wait = static_cast<VeskWaitEvent*>(e)->waitObject;
+        wait->setRetValue(VeskArg(QStringLiteral("late")));
+        answered = true;
+        wait->wakeUp();
+        return true;
+    }
+};
+
 } // namespace
 
 class TestWait : public QObject
@@ -33,6 +53,7 @@ class TestWait : public QObject
 private slots:
     void wakeUpIsNeverLost();
     void sendMessageInTheSameThread();
+    void sendMessageFromAWorker();
 };
 
 void TestWait::wakeUpIsNeverLost()
@@ -73,6 +94,44 @@ void TestWait::sendMessageInTheSameThread()
     QCOMPARE(VeskWait::sendMessage(new VeskWaitEvent(nullptr), &answerer), VeskArg());
     QCOMPARE(VeskWait::sendMessage(nullptr, &answerer), VeskArg());
     QCOMPARE(answerer.handled, 2);
+}
+
+void TestWait::sendMessageFromAWorker()
+{
+    // A receiver in another thread that answers after more than a second: the sender
+    // blocks for as long as it takes, with no timeout of its own.
+    QThread receiverThread;
+    SlowAnswerer slow;
+    slow.moveToThread(&receiverThread);
+    receiverThread.start();
+    VeskArg slowAnswer;
+    bool answeredFirst = false;
+    {
+        WaitLimit const limit("sendMessage to a slow receiver", 20000);
+        slowAnswer = VeskWait::sendMessage(new VeskWaitEvent(new VeskWait), &slow);
+        answeredFirst = slow.answered;
+    }
+    receiverThread.quit();
+    receiverThread.wait();
+    QCOMPARE(slowAnswer, VeskArg(QStringLiteral("late")));
+    QVERIFY(answeredFirst);
+
+    // A worker without an event loop sending to a receiver it owns: delivered at once, as
+    // a posted event would never be.
+    VeskArg localAnswer;
+    int handled = 0;
+    {
+        WaitLimit const limit("sendMessage within a worker", 10000);
+        std::thread worker([&] {
+            Answerer local;
+            local.answer = {VeskArg(7)};
+            localAnswer = VeskWait::sendMessage(new VeskWaitEvent(new VeskWait), &local);
+            handled = local.handled;
+        });
+        worker.join();
+    }
+    QCOMPARE(localAnswer, VeskArg(7));
+    QCOMPARE(handled, 1);
 }
 
 QTEST_GUILESS_MAIN(TestWait)

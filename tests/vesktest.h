@@ -6,7 +6,11 @@
 #include <QtCore/QDebug>
 #include <QtCore/QString>
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 // The debug text of value, exactly as the stream writes it.
 template<typename T>
@@ -28,5 +32,38 @@ QString thrownText(F&& f)
     }
     return QStringLiteral("<nothing thrown>");
 }
+
+// Ends the program with a message when the blocking section it guards has not
+// ended within msec, so that a lost wake-up fails a test at once rather than
+// at the test driver's timeout.
+class WaitLimit
+{
+public:
+    WaitLimit(char const* what, int msec)
+        : watcher([this, what, msec] {
+            std::unique_lock<std::mutex> locker(mutex);
+            if (!ended.wait_for(locker, std::chrono::milliseconds(msec), [this] { return done; }))
+                qFatal("%s: still blocked after %d ms", what, msec);
+        })
+    {
+    }
+    ~WaitLimit()
+    {
+        {
+            std::lock_guard<std::mutex> const locker(mutex);
+            done = true;
+        }
+        ended.notify_one();
+        watcher.join();
+    }
+    WaitLimit(WaitLimit const&) = delete;
+    WaitLimit& operator=(WaitLimit const&) = delete;
+
+private:
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool done = false;
+    std::thread watcher; // last: started once the members above exist
+};
 
 #endif // VESKTEST_H

@@ -72,8 +72,6 @@ public:
                 newLine(level);
             if (child.isElement())
                 open(child.toElement(), level, breakLines, top.scope);
-            else if (child.isEntityReference())
-                openEntity(child, top.level, top.scope);
             else
                 writeLeaf(child);
         }
@@ -82,16 +80,15 @@ public:
 
 private:
     // An element whose start tag is written and whose children are not all
-    // written yet. An entity reference is written as what it stands for:
-    // its children without tags of its own (its definition is not written
-    // with the element).
+    // written yet. The reader expands entities, so a tree holds no entity
+    // references.
     struct Open
     {
         QList<QDomNode> children;
         int next = 0;
         int level = 0;
         bool breakLines = false;
-        QString tag; // empty for an entity reference
+        QString tag;
         NamespaceScope scope;
     };
 
@@ -99,7 +96,7 @@ private:
     {
         QList<QDomNode> children;
         for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling()) {
-            if (isCharacterData(child) || child.isEntityReference())
+            if (isCharacterData(child))
                 *hasCharacterData = true;
             else if (!child.isElement() && !child.isComment() && !child.isProcessingInstruction())
                 continue;
@@ -135,20 +132,8 @@ private:
         m_open.push_back(std::move(frame));
     }
 
-    void openEntity(QDomNode const& reference, int level, NamespaceScope scope)
-    {
-        bool ignored = false;
-        Open frame;
-        frame.children = writtenChildren(reference, &ignored);
-        frame.level = level;
-        frame.scope = std::move(scope);
-        m_open.push_back(std::move(frame));
-    }
-
     void close(Open const& frame)
     {
-        if (frame.tag.isEmpty())
-            return;
         if (frame.breakLines)
             newLine(frame.level);
         m_out += QLatin1String("</") + frame.tag + QLatin1Char('>');

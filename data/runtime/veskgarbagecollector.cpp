@@ -163,3 +163,14 @@ bool VeskGarbageCollectorPrivate::endIfDone()
     owner = nullptr;
     return true;
 }
+
+VeskGarbageCollectorPrivate* VeskGarbageCollectorPrivate::of(VeskGarbageCollector* handle)
+{
+    QMutexLocker locker(&linkLock);
+    return handle ? handle->d : nullptr;
+}
+
+QObject* veskCollectorWorker(VeskGarbageCollector* handle)
+{
+    return VeskGarbageCollectorPrivate::of(handle);
+}

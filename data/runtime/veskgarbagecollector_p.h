@@ -5,6 +5,8 @@
 #include <QtCore/QMutex>
 #include <QtCore/QObject>
 
+#include "veskdata_global.h"
+
 class QTimer;
 class VeskGarbageCollector;
 class VeskRemovable;
@@ -28,6 +30,8 @@ public:
     // mutex, so either is enough to read it.
     VeskGarbageCollector* owner;
 
+    static VeskGarbageCollectorPrivate* of(VeskGarbageCollector* handle);
+
 public slots:
     void timeout();
 
@@ -39,5 +43,9 @@ private:
     QMutex mutex;
     QTimer* timer;
 };
+
+// The working part behind handle, or null when it has none: lets a test run a
+// tick by invoking its timeout() slot instead of waiting a second for it.
+VESK_DATA_EXPORT QObject* veskCollectorWorker(VeskGarbageCollector* handle);
 
 #endif // VESKGARBAGECOLLECTOR_P_H

@@ -37,13 +37,12 @@ void VeskTimerPrivate::startTimer(VeskTimerReceiver* receiver, int msec, QString
     }
     this->receiver = receiver;
     this->name = name;
-    if (!timer) {
-        timer = new QTimer(this);
-        // The object goes after the first expiry anyway; single shot makes
-        // sure that no second expiry reaches the receiver before it has gone.
-        timer->setSingleShot(true);
-        connect(timer, &QTimer::timeout, this, &VeskTimerPrivate::timeout);
-    }
+    // Each start makes a new private object, so this one has no timer yet.
+    timer = new QTimer(this);
+    // The object goes after the first expiry anyway; single shot makes sure
+    // that no second expiry reaches the receiver before it has gone.
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, &VeskTimerPrivate::timeout);
     // QTimer refuses a negative interval and would never fire, keeping this
     // object for good; a delay that has already passed fires at once.
     timer->start(qMax(msec, 0));
