@@ -13,21 +13,7 @@
 #include <new>
 #include <thread>
 
-// Lets this many non-throwing allocations through, fails the next one and
-// disarms; -1 leaves every allocation alone. Values take their blocks with
-// new (std::nothrow) when their thread has none cached.
-static thread_local int allocationsBeforeFailure = -1;
-
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept
-{
-    if (allocationsBeforeFailure >= 0 && allocationsBeforeFailure-- == 0)
-        return nullptr;
-    try {
-        return ::operator new(size);
-    } catch (std::bad_alloc const&) {
-        return nullptr;
-    }
-}
+#include "vesktestnothrow.h"
 
 namespace {
 

@@ -12,21 +12,7 @@
 #define VESK_HAVE_ASAN 1
 #endif
 
-// Lets this many non-throwing allocations through, fails the next one and
-// disarms; -1 leaves every allocation alone. The library allocates its
-// records with new (std::nothrow), which resolves to this replacement.
-static int allocationsBeforeFailure = -1;
-
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept
-{
-    if (allocationsBeforeFailure >= 0 && allocationsBeforeFailure-- == 0)
-        return nullptr;
-    try {
-        return ::operator new(size);
-    } catch (std::bad_alloc const&) {
-        return nullptr;
-    }
-}
+#include "vesktestnothrow.h"
 
 namespace {
 

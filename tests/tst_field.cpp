@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "vesktest.h"
+#include "vesktestaction.h"
 
 namespace {
 
@@ -15,27 +16,6 @@ QString s(char const* text)
 {
     return QString::fromUtf8(text);
 }
-
-class Target : public VeskPlugin
-{
-public:
-    QList<QList<VeskArg>> calls;
-    void press(QList<VeskArg>& args) { calls.append(args); }
-    void other(QList<VeskArg>&) {}
-};
-
-class Dispatcher : public QObject
-{
-public:
-    bool event(QEvent* e) override
-    {
-        if (e->type() != VeskCallActionEvent::EventType)
-            return QObject::event(e);
-        auto* const call = static_cast<VeskCallActionEvent*>(e);
-        (call->plugin->*call->method)(call->args);
-        return true;
-    }
-};
 
 // Answers one message of the library in German, as an installed catalogue would.
 class GermanTranslator : public QTranslator
@@ -167,8 +147,9 @@ void TestField::equalityHashAndValue()
     // Each row makes two fields apart, then changes one member of the second: a member
     // that counts makes them unequal, the others leave them equal.
     using Change = std::function<void(VeskField&)>;
-    Target target;
-    VeskPluginAction const press(&target, &Target::press), other(&target, &Target::other);
+    RecordingPlugin target;
+    VeskPluginAction const press(&target, &RecordingPlugin::press);
+    VeskPluginAction const other(&target, &RecordingPlugin::other);
     double const nan = std::numeric_limits<double>::quiet_NaN();
     struct Row
     {
@@ -255,8 +236,8 @@ void TestField::factoryRefusals()
     QString const id = s("id");
     QString const emptyId = s(": Field id can't be empty");
     // Every factory refuses an empty id, which is its second argument but for an image's.
-    Target target;
-    VeskPluginAction const action(&target, &Target::press);
+    RecordingPlugin target;
+    VeskPluginAction const action(&target, &RecordingPlugin::press);
     std::function<void()> const emptyIds[] = {
         [&] { VeskField::label(id, none, none); },
         [&] { VeskField::button(id, none, action, none); },
@@ -332,9 +313,9 @@ void TestField::setFieldValueAndClick()
     QVERIFY(VeskArg::setFieldValue(choice, VeskArg(1)));
     QVERIFY(VeskArg::setFieldValue(choice, VeskArg(3))); // called, then ignored
     QCOMPARE(choice.getSelectedId(), s("b"));
-    Target target;
+    RecordingPlugin target;
     VeskField button = VeskField::button(
-        s("Go"), s("go"), VeskPluginAction(&target, &Target::press, {VeskArg(7)}), none);
+        s("Go"), s("go"), VeskPluginAction(&target, &RecordingPlugin::press, {VeskArg(7)}), none);
     VeskField null;
     for (VeskArg const& any : {VeskArg(false), VeskArg(2.0), VeskArg()}) {
         QVERIFY(!VeskArg::setFieldValue(choice, any) && !VeskArg::setFieldValue(button, any));
@@ -342,7 +323,7 @@ void TestField::setFieldValueAndClick()
     }
 
     // A click posts the action rather than calling it.
-    Dispatcher dispatcher;
+    CallDispatcher dispatcher;
     VeskCallActionEvent::dispatcher = &dispatcher;
     button.clicked();
     check(true).clicked();
@@ -461,8 +442,8 @@ void TestField::debugTextEveryKind_data()
 {
     QTest::addColumn<VeskField>("field");
     QTest::addColumn<QString>("text"); // between "type: " and the closing parenthesis
-    Target target;
-    VeskPluginAction const go(&target, &Target::press);
+    RecordingPlugin target;
+    VeskPluginAction const go(&target, &RecordingPlugin::press);
     QTest::newRow("none") << VeskField() << s("None");
     QTest::newRow("comboBox")
         << combo({s("online"), s("away")}, "away", {s("Online"), s("Away")})
@@ -510,11 +491,11 @@ void TestField::debugAndXmlTexts()
     QCOMPARE(::debugText(fields),
              ::debugText(check(true)) + s("VeskField(id: \"\" type: None)  "));
 
-    Target target;
+    RecordingPlugin target;
     QList<VeskField> const page{
         check(true), spin("idle", 60, 1, 5), status,
         VeskField::passwordEdit(none, s("pass"), s("s3cret"), 16, none),
-        VeskField::button(s("Go"), s("go"), VeskPluginAction(&target, &Target::press), none),
+        VeskField::button(s("Go"), s("go"), VeskPluginAction(&target, &RecordingPlugin::press), none),
         VeskField::image(s("img"), QByteArray("\x00\xab\x10", 3), none), VeskField(),
         combo({s("a"), s("b")}, "b", {s("A")})}; // "b" lacks a label: its id is written
     QCOMPARE(VeskField::toXml(page).toString(),

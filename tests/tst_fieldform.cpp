@@ -3,32 +3,14 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
 
+#include "vesktestaction.h"
+
 namespace {
 
 QString s(char const* text)
 {
     return QString::fromUtf8(text);
 }
-
-class Target : public VeskPlugin
-{
-public:
-    QList<QList<VeskArg>> calls;
-    void press(QList<VeskArg>& args) { calls.append(args); }
-};
-
-class Dispatcher : public QObject
-{
-public:
-    bool event(QEvent* e) override
-    {
-        if (e->type() != VeskCallActionEvent::EventType)
-            return QObject::event(e);
-        auto* const call = static_cast<VeskCallActionEvent*>(e);
-        (call->plugin->*call->method)(call->args);
-        return true;
-    }
-};
 
 // Answers every browse request with a fixed path and remembers the question.
 class BrowsingForm : public VeskFieldForm
@@ -58,7 +40,7 @@ QByteArray pngBytes()
 }
 
 // One field of every kind the form shows.
-QList<VeskField> everyKind(Target* target)
+QList<VeskField> everyKind(RecordingPlugin* target)
 {
     return {
         VeskField::comboBox(s("Status"), s("status"), {s("on"), s("away"), s("off")},
@@ -73,7 +55,7 @@ QList<VeskField> everyKind(Target* target)
         VeskField::doubleSpinBox(s("Volume"), s("volume"), 1.0, 0.0, 0.125, QString()),
         VeskField::label(s("Settings of the sample account"), s("intro"), QString()),
         VeskField::image(s("logo"), pngBytes(), QString()),
-        VeskField::button(s("Test"), s("test"), VeskPluginAction(target, &Target::press, {VeskArg(7)}),
+        VeskField::button(s("Test"), s("test"), VeskPluginAction(target, &RecordingPlugin::press, {VeskArg(7)}),
                           QString()),
         VeskField::dirEdit(s("Downloads"), s("downloads"), s("/tmp"), s("Files")),
         VeskField::fileEdit(s("Certificate"), s("cert"), s("/etc/cert.pem"), s("Files")),
@@ -117,7 +99,7 @@ private Q_SLOTS:
 
 void TestFieldForm::everyKindGetsItsWidgetAndValue()
 {
-    Target target;
+    RecordingPlugin target;
     VeskFieldForm form(everyKind(&target));
 
     auto* const combo = qobject_cast<QComboBox*>(form.editorFor(s("status")));
@@ -170,7 +152,7 @@ void TestFieldForm::everyKindGetsItsWidgetAndValue()
 
 void TestFieldForm::typedInputComesBackThroughFieldsAndXml()
 {
-    Target target;
+    RecordingPlugin target;
     QList<VeskField> const input = everyKind(&target);
     VeskFieldForm form(input);
     QSignalSpy edited(&form, &VeskFieldForm::edited);
@@ -329,8 +311,8 @@ void TestFieldForm::groupsAndLabels()
 
 void TestFieldForm::buttonsPostTheirActionAndBrowseFillsThePath()
 {
-    Target target;
-    Dispatcher dispatcher;
+    RecordingPlugin target;
+    CallDispatcher dispatcher;
     VeskCallActionEvent::dispatcher = &dispatcher;
     BrowsingForm form(everyKind(&target));
     form.show();
