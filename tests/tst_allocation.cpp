@@ -130,6 +130,13 @@ void TestAllocation::failedRingCreationKeepsNothing()
     }
     failingSize = 0;
     QCOMPARE(VeskRingBuffer(3, oddSize).count(), 3);
+
+    // A synchronised buffer whose mutex or wait condition cannot be made
+    // gives back its bytes and the mutex (the leak checker reports them).
+    failAllocation(sizeof(QMutex), 0);
+    QVERIFY(throwsBadAlloc([] { VeskBuffer(oddSize, true); }));
+    failAllocation(sizeof(QWaitCondition), sizeof(QWaitCondition) == sizeof(QMutex) ? 1 : 0);
+    QVERIFY(throwsBadAlloc([] { VeskBuffer(oddSize, true); }));
 }
 
 QTEST_GUILESS_MAIN(TestAllocation)

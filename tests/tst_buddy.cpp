@@ -256,6 +256,7 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
     QCOMPARE(merged.getDisplay(), QStringLiteral("Ann"));
     QVERIFY(merged.getContactForAccount(&work) == second && merged.getContactForAccount(&home) == first);
     QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
+    QCOMPARE(merged.getAccounts(), (QList<VeskAccountConnection*>{&home, &work, &home}));
     first.data()->presence = VeskPresence(&online, QStringLiteral("now"));
     QCOMPARE(merged.getPresence().getDescription(), QStringLiteral("now"));
 
@@ -329,6 +330,8 @@ void TestBuddy::invalidKindHandlesGiveFallbacks()
         QVERIFY(t.getPresence() == VeskPresence() && !t.getGroup().isValid());
         QVERIFY(t.getResources().isEmpty());
     }
+    QVERIFY(!VeskBuddyMerged().isValid() && !VeskBuddyCustom().isValid() && !VeskBuddyTemporary().isValid());
+    QVERIFY(!VeskBuddyContact().isValid() && VeskBuddyMerged().getAccounts().isEmpty());
 }
 
 void TestBuddy::debugTexts()

@@ -314,6 +314,16 @@ void TestBuddyGroup::entriesWithoutKindRecord()
     QCOMPARE(VeskBuddyMerged(QString(), {nameless}).getDisplay(), QString());
 
     QCOMPARE(bareGroup.childCount(), -1);
+    QVERIFY(bareGroup.getPos() == -1 && !bareGroup.isExpanded());
+    QVERIFY(!VeskBuddyMeta(VeskBuddy(QStringLiteral("bare"), VeskBuddy::Meta)).getGroup().isValid());
+    // The position is stored as given and read back; outside code sets it.
+    QCOMPARE(group.getPos(), 0);
+    group.data()->pos = -7;
+    QCOMPARE(group.getPos(), -7);
+    // A meta-contact handle assigned another one becomes that entry.
+    VeskBuddyMeta other(QStringLiteral("other"));
+    other = meta;
+    QVERIFY(other == meta && other.getDisplay() == QStringLiteral("m"));
     QCOMPARE(VeskBuddyGroup(bareGroup).removeBuddy(alice), -1);
     QVERIFY(!VeskBuddyGroup(bareGroup).addBuddy(alice));
     QVERIFY(!bareGroup.containsBuddy(alice) && !bareGroup.containsContact(alice));

@@ -2,6 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include <functional>
+
 namespace {
 
 // A contact kind with one presence type, for the presences in the samples.
@@ -151,6 +153,7 @@ private slots:
     void unwritableValues();
     void truncatedAtEveryByte();
     void corruptInput();
+    void failedStreamsAreLeftAlone();
     void presencesNeedTheirKind();
     void variantsAndLists();
 };
@@ -219,6 +222,9 @@ void TestDataStream::unwritableValues()
         QVERIFY(bytes.isEmpty());
         out << VeskArg(1); // a failed stream stays failed and writes nothing more
         QVERIFY(bytes.isEmpty());
+        QDataStream listOut(&bytes, QIODevice::WriteOnly);
+        listOut << QList<VeskArg>{VeskArg(2), arg};
+        QVERIFY(listOut.status() == QDataStream::WriteFailed && bytes.isEmpty());
     }
 
     // Lists nest only so deep, in both directions.
@@ -300,12 +306,65 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::FieldList) << quint8(1) << quint32(9);
              }),
              corrupt);
+    // A field's flags byte, its last, with a bit that means nothing.
+    QByteArray field;
+    QDataStream fieldOut(&field, QIODevice::WriteOnly);
+    fieldOut << spinBox();
+    field[field.size() - 1] = char(8);
+    QDataStream fieldIn(field);
+    VeskField fieldBack = spinBox();
+    fieldIn >> fieldBack;
+    QCOMPARE(fieldIn.status(), QDataStream::ReadCorruptData);
+    QVERIFY(fieldBack.isNull());
     // Nesting deeper than any writer makes.
     QCOMPARE(read([](QDataStream& s) {
                  for (int i = 0; i < 100; ++i)
                      s << quint8(1) << qint32(VeskArg::ArgList) << quint32(1);
              }),
              corrupt);
+}
+
+// Each operator leaves a stream that has already failed as it is: nothing is
+// written, nothing is read, and the value read into is emptied.
+void TestDataStream::failedStreamsAreLeftAlone()
+{
+    VeskXmlNode const node(QStringLiteral("root"), QStringLiteral("text"));
+    QList<std::function<void(QDataStream&)>> const writers = {
+        [](QDataStream& s) { s << VeskArg(1); },
+        [](QDataStream& s) { s << QList<VeskArg>{VeskArg(1)}; },
+        [](QDataStream& s) { s << spinBox(); },
+        [](QDataStream& s) { s << sampleFields(); },
+        [&node](QDataStream& s) { s << node; },
+        [](QDataStream& s) { s << VeskPresence(nullptr, QStringLiteral("away")); },
+    };
+    QByteArray valid;
+    QDataStream out(&valid, QIODevice::WriteOnly);
+    for (auto const& write : writers) {
+        write(out);
+        QByteArray bytes;
+        QDataStream failed(&bytes, QIODevice::WriteOnly);
+        failed.setStatus(QDataStream::WriteFailed);
+        write(failed);
+        QVERIFY(bytes.isEmpty());
+    }
+    QCOMPARE(out.status(), QDataStream::Ok);
+
+    QDataStream in(valid);
+    in.setStatus(QDataStream::ReadCorruptData);
+    VeskArg arg(2);
+    QList<VeskArg> args{VeskArg(2)};
+    VeskField field = spinBox();
+    QList<VeskField> fields = sampleFields();
+    VeskXmlNode nodeBack = node;
+    VeskPresence presence(nullptr, QStringLiteral("here"));
+    in >> arg >> args >> field >> fields >> nodeBack >> presence;
+    QCOMPARE(arg.getType(), VeskArg::None);
+    QVERIFY(args.isEmpty());
+    QVERIFY(field.isNull());
+    QVERIFY(fields.isEmpty());
+    QVERIFY(nodeBack.isNull());
+    QVERIFY(presence.getDescription().isNull());
+    QCOMPARE(in.device()->pos(), 0);
 }
 
 void TestDataStream::presencesNeedTheirKind()

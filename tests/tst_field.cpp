@@ -229,6 +229,9 @@ void TestField::equalityHashAndValue()
     QCOMPARE(qHash(spin("idle", 10, 0, 5), 7), qHash(sameId, 7));
     QCOMPARE((QSet<VeskField>{sameId, spin("idle", 10, 0, 5), spin("idle", 10, 0, 5)}).size(), 2);
     QCOMPARE(combo({s("a"), s("b")}, "b").getValue(), VeskArg(s("b")));
+    // A button and a null field have no value.
+    QCOMPARE(button().getValue().getType(), VeskArg::None);
+    QCOMPARE(VeskField().getValue().getType(), VeskArg::None);
 }
 
 void TestField::factoryRefusals()
@@ -609,6 +612,13 @@ void TestField::xmlReader()
     edit.fromXml(parse("<field type='lineedit'><id></id><string>Zed</string></field>"));
     QVERIFY(edit.getText().isEmpty());
 
+    // Labels and images read nothing from an element of their own kind.
+    VeskField label = VeskField::label(s("A"), s("l"), none);
+    VeskField picture = VeskField::image(s("i"), QByteArray("PNG"), none);
+    label.fromXml(VeskField::label(s("B"), s("l"), none).toXml());
+    picture.fromXml(VeskField::image(s("i"), QByteArray("GIF"), none).toXml());
+    QVERIFY(label.getLabel() == s("A") && picture.getImgData() == QByteArray("PNG"));
+
     // The paired combo-box form with a "selectedid"; items without text or id are skipped.
     VeskField choice = combo({s("online")}, "online");
     choice.fromXml(parse("<field type='combobox' selectedid='b'><id>status</id>"
@@ -647,6 +657,7 @@ void TestField::xmlMerge()
         "<field type='spinbox' max='50' min='0' val='7'><id>idle</id></field>"
         "<other type='lineedit'><id>nick</id><string>No</string></other>"
         "<field type='lineedit'><id>nobody</id><string>No</string></field>"
+        "<field type='lineedit'><id/><string>No</string></field>"
         "<field type='spinbox' max='80' min='0' val='8'><id>idle</id></field>"
         "<field type='lineedit'><id>nick</id><string>Bo</string></field>"
         "</fieldlist>");

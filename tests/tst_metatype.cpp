@@ -211,7 +211,20 @@ void TestMetaType::variantRoundTrips()
     // A kind handle gives a Buddy on the same entry; a VeskArg and a list of
     // them are taken as they are.
     VeskBuddyGroup const group = samples.group;
-    QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(group)).toBuddy(), VeskBuddy(samples.group));
+    VeskBuddyMeta const meta(QStringLiteral("meta"));
+    VeskBuddyContact const contact(nullptr, QStringLiteral("c"), QString(), VeskBuddyType(), VeskPresence(),
+                                   VeskSubscriptionType());
+    VeskBuddyMerged const merged(QStringLiteral("merged"), {});
+    VeskBuddyCustom const custom(QStringLiteral("feed"), QString(), QString(), {}, QString(), QString(), QString());
+    VeskBuddyTemporary const guest(nullptr, QStringLiteral("guest"), VeskPresence(), VeskBuddyGroup());
+    QList<QPair<QVariant, VeskBuddy>> const kinds = {
+        {QVariant::fromValue(group), group},   {QVariant::fromValue(meta), meta},
+        {QVariant::fromValue(contact), contact}, {QVariant::fromValue(merged), merged},
+        {QVariant::fromValue(custom), custom}, {QVariant::fromValue(guest), guest}};
+    for (auto const& kind : kinds) {
+        VeskArg const back = VeskArg::fromVariant(kind.first);
+        QVERIFY2(back.getType() == VeskArg::Buddy && back.toBuddy() == kind.second, kind.first.typeName());
+    }
     QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(VeskArg(3))), VeskArg(3));
     QList<VeskArg> const list{VeskArg(1), VeskArg(true)};
     QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(list)), VeskArg(list));

@@ -186,6 +186,26 @@ void TestRuntime::collectorEndsAfterRemove()
     QCOMPARE(events, names("?renewed renewed ?restarted restarted"));
     delete instance;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    events.clear();
+
+    // A handle dropped in another thread leaves its working part to this
+    // thread, which asks nothing more before the part goes.
+    Probe kept("kept", true);
+    auto* const far = new VeskGarbageCollector;
+    far->add(&kept);
+    QPointer<QObject> const orphan = veskCollectorWorker(far);
+    std::thread([far] { delete far; }).join();
+    QVERIFY(orphan && QMetaObject::invokeMethod(orphan, "timeout", Qt::DirectConnection));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(orphan.isNull() && events.isEmpty());
+    // A handle whose working part has ended is dropped without one.
+    auto* const idle = new VeskGarbageCollector;
+    idle->remove();
+    tick(idle);
+    QVERIFY(!veskCollectorWorker(idle));
+    delete idle;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(events.isEmpty());
 }
 
 void TestRuntime::collectorTicksOnItsOwn()

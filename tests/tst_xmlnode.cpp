@@ -69,6 +69,7 @@ void TestXmlNode::treeAndOwnData()
     VeskXmlNode null;
     null.setAttribute("a"_q, 1);
     QVERIFY(null.addChild("x"_q).isNull() && !null.hasAttribute("a"_q) && null.toString().isEmpty());
+    QVERIFY(null.getChild("x"_q).isNull() && null.getChildNodes().isEmpty());
 }
 
 void TestXmlNode::attributes()
@@ -104,6 +105,8 @@ void TestXmlNode::textParsingAndDebug()
     QCOMPARE(root.toString(2), "<root>\n  <field "_q + attributes
                  + ">\n    <id>a&amp;b &lt;c&gt;</id>\n  </field>\n  <empty/>\n</root>"_q);
 
+    // Comments and instructions around the root element are not part of it.
+    QCOMPARE(VeskXmlNode::fromString("<?pi?><!--c--><a/><!--d-->"_q).toString(), "<a/>"_q);
     for (char const* bad : {"", "<a>", "<a></b>", "not xml", "<a/><b/>", "<a x='1' x='2'/>"})
         QVERIFY2(VeskXmlNode::fromString(QString::fromLatin1(bad)).isNull(), bad);
     // Indenting never changes data or attribute values, however they are spaced.
@@ -141,6 +144,13 @@ void TestXmlNode::appendChildAndIdentity()
 
     // Handles are equal when they refer to the same element.
     QVERIFY(list.getChild("a"_q) == a && list.addChild("a"_q) != a);
+
+    // An element whose prefix was declared on an ancestor it left behind
+    // declares it itself.
+    VeskXmlNode const source = VeskXmlNode::fromString("<a xmlns:p='urn:p'><p:b/></a>"_q);
+    VeskXmlNode holder("holder"_q);
+    holder.appendChild(source.getChildNodes().first());
+    QCOMPARE(holder.toString(), R"(<holder><p:b xmlns:p="urn:p"/></holder>)"_q);
     QVERIFY(VeskXmlNode() == VeskXmlNode() && VeskXmlNode("c"_q) != VeskXmlNode("c"_q));
 }
 

@@ -111,11 +111,6 @@ VeskArg::~VeskArg()
     releaseRecord(d);
 }
 
-void VeskArg::release()
-{
-    releaseRecord(d);
-}
-
 VeskArg VeskArg::operator=(VeskArg const& other)
 {
     if (d && other.getType() != getType())
@@ -197,7 +192,7 @@ bool VeskArg::operator==(VeskArg const& other) const
     return VeskArgDetail::visit(d->type, [this, &other](auto kind) {
         using Kind = decltype(kind);
         if constexpr (std::is_same_v<Kind, VeskArgDetail::NoKind>)
-            return true;
+            return true; // not reached: a record never holds None or Undefined
         else
             return VeskArgDetail::equal(Kind::value(d->data()), Kind::value(other.d->data()));
     });
@@ -256,8 +251,7 @@ void writeContents(QDebug& dbg, VeskArg const& arg)
     case VeskArg::Service: dbg << "Service: " << arg.toService(); break;
     case VeskArg::ServiceList: dbg << "ServiceList"; break;
     case VeskArg::TextFormatList: dbg << "TextFormatList: "; break;
-    case VeskArg::Undefined: dbg << "Undefined"; break;
-    default: break;
+    case VeskArg::Undefined: dbg << "Undefined"; break; // no value has this type
     }
 }
 

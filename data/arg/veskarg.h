@@ -194,7 +194,6 @@ public:
 private:
     template<typename Holder, typename T> void construct(Type type, T const& value);
     template<typename Holder> Holder const& holder(Type wanted) const;
-    void release();
 
     VeskArgPrivate* d;
 };

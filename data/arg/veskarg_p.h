@@ -151,7 +151,7 @@ constexpr decltype(auto) visit(VeskArg::Type type, F&& f)
     case VeskArg::Service: return f(HolderKind<VeskArgDataPrivate<VeskService>>());
     case VeskArg::ServiceList: return f(HolderKind<VeskArgListDataPrivate<VeskService>>());
     case VeskArg::TextFormatList: return f(HolderKind<VeskArgListDataPrivate<VeskTextFormat>>());
-    default: return f(NoKind());
+    default: return f(NoKind()); // None and Undefined: no holder
     }
 }
 

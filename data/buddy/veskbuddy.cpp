@@ -29,7 +29,7 @@ VeskBuddyPrivate::~VeskBuddyPrivate()
     case VeskBuddy::Merged: delete static_cast<VeskBuddyMergedPrivate*>(kindData); break;
     case VeskBuddy::Temporary: delete static_cast<VeskBuddyTemporaryPrivate*>(kindData); break;
     case VeskBuddy::Custom: delete static_cast<VeskBuddyCustomPrivate*>(kindData); break;
-    case VeskBuddy::Invalid: break;
+    case VeskBuddy::Invalid: break; // not reached: no kind record goes with an Invalid entry
     }
 }
 
@@ -73,10 +73,9 @@ VeskBuddy::~VeskBuddy()
     tAtomicDetach(d);
 }
 
+// The kind constructors call this only once the base record exists.
 void VeskBuddy::attachKindData(void* kindData)
 {
-    if (!d)
-        return;
     if (kindData) {
         d->kindData = kindData;
     } else {

@@ -321,9 +321,8 @@ VeskBuddy readLink(VeskBuddy const& child)
     QMutexLocker locker(&vesk_buddy_link_mutex());
     if (link.parent)
         return *link.parent;
-    if (link.group)
-        return *link.group;
-    return VeskBuddy();
+    // Not reached: only contacts and custom entries move this way.
+    return link.group ? *link.group : VeskBuddy();
 }
 
 // Points child's link at container if it still points at expected, and says

@@ -806,7 +806,7 @@ bool VeskField::operator==(VeskField const& other) const
     case Button:
         return d->action == other.d->action;
     }
-    return false;
+    return false; // not reached: every kind is listed above
 }
 
 bool VeskField::operator!=(VeskField const& other) const
