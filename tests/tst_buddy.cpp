@@ -64,12 +64,16 @@ void TestBuddy::kindRecords()
     VeskSubscriptionType const missing = VeskBuddyType().getSubscriptionWithId(QStringLiteral("both"));
     QVERIFY(!missing.getId().isNull() && !missing.getDisplay().isNull() && missing.getIcon().isNull());
     QVERIFY(!missing.isValid() && !VeskSubscriptionType(QStringLiteral("To"), QString(), 1, QString()).isValid());
+    QVERIFY(!VeskSubscriptionType(QString(), QStringLiteral("to"), 1, QString()).isValid());
+    QVERIFY(VeskBuddyType().getExtraInfoFields().isEmpty());
 
     VeskBuddyType kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
     kind.data()->subscriptions
         << new VeskSubscriptionType(QStringLiteral("Both"), QStringLiteral("both"), 3, QStringLiteral("both.png"))
         << new VeskSubscriptionType(QStringLiteral("Both again"), QStringLiteral("both"), 4, QString());
     QCOMPARE(kind.getSubscriptionWithId(QStringLiteral("both")).getIcon(), QStringLiteral("both.png"));
+    kind.data()->extraInfoFields << VeskField::label(QStringLiteral("Mood"), QStringLiteral("mood"), QString());
+    QCOMPARE(kind.getExtraInfoFields().first().getId(), QStringLiteral("mood"));
     QVERIFY(!kind.getSubscriptionWithId(QStringLiteral("Both")).isValid());
 
     auto* const offline = new VeskPresenceType(presenceType(0, VeskPresence::Offline));
@@ -226,7 +230,9 @@ void TestBuddy::contactAccessorsAndResources()
     VeskBuddyResourceType pager(QStringLiteral("pager"), QStringLiteral("pager.png"));
     VeskBuddyResource const typed(&pager, VeskPresence()), untyped;
     QVERIFY(typed.isValid() && typed.getIcon() == QStringLiteral("pager.png"));
+    QCOMPARE(typed.getName(), QStringLiteral("pager"));
     QVERIFY(!untyped.isValid() && untyped.getIcon().isNull() && untyped.getPriority() == -1);
+    QVERIFY(untyped.getName().isNull());
     VeskPresenceType three = presenceType(3);
     VeskPresenceType seven = presenceType(7);
     VeskPresenceType huge = presenceType(4294967295u);

@@ -92,6 +92,16 @@ void TestField::nullAndSharing()
     null.setReadOnly(true);
     null.clicked();
     QVERIFY(null.isNull() && null.getText().isEmpty() && !null.isReadOnly());
+    // Every reading gives its empty value.
+    for (QString const& text : {null.getLabel(), null.getId(), null.getGroup(), null.getSuffix(),
+                                 null.getText(), null.getSelectedId(), null.getSelectedLabel()})
+        QVERIFY(text.isNull());
+    QVERIFY(null.getDepends().isEmpty() && null.getComboBoxIds().isEmpty() && null.getComboBoxLabels().isEmpty());
+    QVERIFY(null.getImgData().isNull() && !null.getVisible() && !null.isPressed() && !null.isChecked());
+    for (int number : {null.getIntValue(), null.getSelectedIndex(), null.getSpinBoxMax(), null.getSpinBoxMin(),
+                       null.getMaxIntValue(), null.getMinIntValue(), null.getMaxTextLength()})
+        QCOMPARE(number, 0);
+    QVERIFY(null.getDoubleValue() == 0.0 && null.getDoubleSpinBoxMax() == 0.0 && null.getDoubleSpinBoxMin() == 0.0);
 
     VeskField const a = line(10);
     VeskField b = a;

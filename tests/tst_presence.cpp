@@ -51,6 +51,19 @@ void TestPresence::equalityAndOrdering()
     twin.priority = 11;
     QVERIFY(VeskPresence(&first, QString()) < live);
     QCOMPARE(live.getPriority(), 11u);
+
+    // Everything but the description is read from the type; without one it is empty.
+    top.display = QStringLiteral("Chatty");
+    top.icon = QStringLiteral("chat.png");
+    top.flag = VeskPresence::Flag(5);
+    VeskPresence const chatting(&top, text);
+    QCOMPARE((QStringList{chatting.getId(), chatting.getDisplay(), chatting.getIcon(), chatting.getDescription()}),
+             (QStringList{QStringLiteral("chat"), QStringLiteral("Chatty"), QStringLiteral("chat.png"), text}));
+    QCOMPARE(chatting.getFlag(), VeskPresence::Flag(5));
+    VeskPresence const untyped(nullptr, text);
+    QVERIFY(untyped.getId().isNull() && untyped.getDisplay().isNull() && untyped.getIcon().isNull());
+    QVERIFY(untyped.getPriority() == 0 && untyped.getFlag() == VeskPresence::Flag(0));
+    QCOMPARE(untyped.getDescription(), text);
 }
 
 void TestPresence::debugText()
