@@ -52,16 +52,13 @@ struct LoopThreads
 };
 
 // Answers with the first value of the wait object doubled, or -1 outside its own thread.
-// The gate shows the sanitizer the order the posted-event queue gives: the sender passes
-// it after making the event, the receiver before reading it.
 struct Doubler : QObject
 {
-    std::mutex gate;
-    void passGate() { std::lock_guard<std::mutex> const locker(gate); }
+    EventGate gate;
 
     bool event(QEvent* e) override
     {
-        passGate();
+        gate.pass();
         if (e->type() != VeskWaitEvent::DefaultType)
             return QObject::event(e);
         VeskWait* const wait = static_cast<VeskWaitEvent*>(e)->waitObject;
@@ -109,7 +106,7 @@ void TestStress::waitRoundTrips()
             int const question = sender * 100000 + i;
             auto* const event = new VeskWaitEvent(new VeskWait);
             event->waitObject->setRetValue(VeskArg(question));
-            doublers[sender].passGate();
+            doublers[sender].gate.pass();
             wrong += VeskWait::sendMessage(event, &doublers[sender]).toInt() != question * 2;
         }
     });

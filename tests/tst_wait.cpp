@@ -30,9 +30,11 @@ struct Answerer : QObject
 struct SlowAnswerer : QObject
 {
     std::atomic<bool> answered{false};
+    EventGate gate;
 
     bool event(QEvent* e) override
     {
+        gate.pass();
         if (e->type() != VeskWaitEvent::DefaultType)
             return QObject::event(e);
         QThread::msleep(1100);
@@ -108,7 +110,9 @@ void TestWait::sendMessageFromAWorker()
     bool answeredFirst = false;
     {
         WaitLimit const limit("sendMessage to a slow receiver", 20000);
-        slowAnswer = VeskWait::sendMessage(new VeskWaitEvent(new VeskWait), &slow);
+        auto* const question = new VeskWaitEvent(new VeskWait);
+        slow.gate.pass();
+        slowAnswer = VeskWait::sendMessage(question, &slow);
         answeredFirst = slow.answered;
     }
     receiverThread.quit();
