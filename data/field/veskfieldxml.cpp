@@ -70,8 +70,7 @@ void writeField(VeskField const& field, VeskXmlNode& element)
     case VeskField::SoundEdit:
     case VeskField::PasswordEdit:
         element.setAttribute(QStringLiteral("maxlength"), field.getMaxTextLength(), QString());
-        element.addChild(QStringLiteral("string"), QString()).insertData(field.getText());
-        break;
+        Q_FALLTHROUGH();
     case VeskField::TextEdit:
         element.addChild(QStringLiteral("string"), QString()).insertData(field.getText());
         break;
@@ -173,14 +172,11 @@ void VeskField::fromXml(VeskXmlNode const& node)
     case DirEdit:
     case FileEdit:
     case SoundEdit:
-    case PasswordEdit: {
+    case PasswordEdit:
         // 0 stands for "no new maximum": the stored one stays.
-        int const maxLength = intAttribute(node, QStringLiteral("maxlength"));
-        if (maxLength != 0)
+        if (int const maxLength = intAttribute(node, QStringLiteral("maxlength")); maxLength != 0)
             setMaxTextLength(maxLength);
-        setText(node.getChild(QStringLiteral("string")).getData());
-        break;
-    }
+        Q_FALLTHROUGH();
     case TextEdit:
         setText(node.getChild(QStringLiteral("string")).getData());
         break;
