@@ -1,5 +1,6 @@
 // The debug texts of every kind of roster entry.
 
+#include "veskbuddycontact.h"
 #include "veskbuddygroup.h"
 
 #include "veskdebug_p.h"
@@ -20,6 +21,21 @@ QDebug writeContainer(QDebug dbg, char const* opening, Container const& containe
     return dbg.space();
 }
 
+void writeHead(QDebug& dbg, char const* opening, VeskBuddy const& entry)
+{
+    dbg.nospace() << opening;
+    dbg << "valid   :" << entry.isValid() << "\n\t";
+    dbg << "display :";
+    VeskDebug::quoted(dbg, entry.getDisplay());
+    dbg << "\n\t";
+}
+
+void writeId(QDebug& dbg, QString const& id)
+{
+    dbg << "id      :";
+    VeskDebug::quoted(dbg, id);
+}
+
 } // namespace
 
 QDebug operator<<(QDebug dbg, VeskBuddyGroup const& group)
@@ -30,4 +46,37 @@ QDebug operator<<(QDebug dbg, VeskBuddyGroup const& group)
 QDebug operator<<(QDebug dbg, VeskBuddyMeta const& meta)
 {
     return writeContainer(dbg, "VeskBuddyMeta(\n\t", meta);
+}
+
+QDebug operator<<(QDebug dbg, VeskBuddyContact const& contact)
+{
+    writeHead(dbg, "VeskBuddyContact(\n\t", contact);
+    writeId(dbg, contact.getId());
+    dbg << "\n" << ")";
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, VeskBuddyMerged const& merged)
+{
+    writeHead(dbg, "VeskBuddyMerged(\n\t", merged);
+    writeId(dbg, merged.getId());
+    dbg << "\n" << ")";
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, VeskBuddyCustom const& custom)
+{
+    writeHead(dbg, "VeskBuddyCustom(\n\t", custom);
+    dbg << ")";
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, VeskBuddyTemporary const& temporary)
+{
+    writeHead(dbg, "VeskBuddyTemporary(\n\t", temporary);
+    writeId(dbg, temporary.getId());
+    dbg << "\n\t" << "account :";
+    VeskDebug::pointer(dbg, temporary.getAccount());
+    dbg << "\n" << ")";
+    return dbg.space();
 }

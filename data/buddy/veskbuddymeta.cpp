@@ -94,8 +94,5 @@ bool VeskBuddyMeta::isExpanded() const
 VeskBuddyGroup VeskBuddyMeta::getGroup() const
 {
     VeskBuddyMetaPrivate const* const record = data();
-    if (!record)
-        return VeskBuddyGroup();
-    QMutexLocker locker(&vesk_buddy_link_mutex());
-    return record->group;
+    return record ? vesk_buddy_read_link(record->group) : VeskBuddyGroup();
 }
