@@ -20,33 +20,32 @@ auto* kindRecord(VeskBuddy const& child)
     return Kind(child).data();
 }
 
+// The link of a kind that keeps its container as a VeskBuddy parent.
+template<typename Kind>
+Link parentLink(VeskBuddy const& child)
+{
+    auto* const record = kindRecord<Kind>(child);
+    return record ? Link{&record->parent, nullptr} : Link{};
+}
+
+// The link of a kind that keeps its container as a VeskBuddyGroup.
+template<typename Kind>
+Link groupLink(VeskBuddy const& child)
+{
+    auto* const record = kindRecord<Kind>(child);
+    return record ? Link{nullptr, &record->group} : Link{};
+}
+
 Link linkOf(VeskBuddy const& child)
 {
     switch (child.getType()) {
-    case VeskBuddy::Contact:
-        if (auto* record = kindRecord<VeskBuddyContact>(child))
-            return {&record->parent, nullptr};
-        break;
-    case VeskBuddy::Custom:
-        if (auto* record = kindRecord<VeskBuddyCustom>(child))
-            return {&record->parent, nullptr};
-        break;
-    case VeskBuddy::Merged:
-        if (auto* record = kindRecord<VeskBuddyMerged>(child))
-            return {&record->parent, nullptr};
-        break;
-    case VeskBuddy::Meta:
-        if (auto* record = kindRecord<VeskBuddyMeta>(child))
-            return {nullptr, &record->group};
-        break;
-    case VeskBuddy::Temporary:
-        if (auto* record = kindRecord<VeskBuddyTemporary>(child))
-            return {nullptr, &record->group};
-        break;
-    default:
-        break;
+    case VeskBuddy::Contact: return parentLink<VeskBuddyContact>(child);
+    case VeskBuddy::Custom: return parentLink<VeskBuddyCustom>(child);
+    case VeskBuddy::Merged: return parentLink<VeskBuddyMerged>(child);
+    case VeskBuddy::Meta: return groupLink<VeskBuddyMeta>(child);
+    case VeskBuddy::Temporary: return groupLink<VeskBuddyTemporary>(child);
+    default: return {};
     }
-    return {};
 }
 
 } // namespace
