@@ -62,6 +62,8 @@ VeskBuddy readLink(VeskBuddy const& child)
     return link.group ? *link.group : VeskBuddy();
 }
 
+// The handle let go is released after the link lock, since releasing the
+// last handle of a container destroys it.
 bool replaceLink(VeskBuddy const& child, VeskBuddy const& expected, VeskBuddy const& container)
 {
     Link const link = linkOf(child);

@@ -47,9 +47,7 @@ private:
 VeskBuddy readLink(VeskBuddy const& child);
 
 // Points child's link at container if it still points at expected, and says
-// whether it did; false for kinds without a link. The handle let go is
-// released after the link lock, since releasing the last handle of a
-// container destroys it.
+// whether it did; false for kinds without a link.
 bool replaceLink(VeskBuddy const& child, VeskBuddy const& expected, VeskBuddy const& container);
 
 // Points child's link at container, whatever it pointed at before.
