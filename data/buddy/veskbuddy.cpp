@@ -3,8 +3,6 @@
 #include "veskbuddycontact.h"
 #include "veskbuddygroup.h"
 
-#include "veskdebug_p.h"
-
 #include <new>
 
 QMutex& vesk_buddy_link_mutex()
@@ -141,28 +139,3 @@ size_t qHash(VeskBuddy const& buddy, size_t seed)
         return size_t(address) ^ seed;
 }
 #endif
-
-QDebug operator<<(QDebug dbg, VeskBuddy::Type type)
-{
-    static char const* const names[] = {"Invalid", "Group", "Meta", "Contact",
-                                        "Merged", "Temporary", "Custom"};
-    dbg.nospace() << "VeskBuddy::";
-    quint32 const number = static_cast<quint32>(type);
-    if (number < sizeof(names) / sizeof(names[0]))
-        dbg << names[number];
-    return dbg.space();
-}
-
-QDebug operator<<(QDebug dbg, VeskBuddy const& buddy)
-{
-    switch (buddy.getType()) {
-    case VeskBuddy::Invalid: dbg.nospace() << "VeskBuddy( Invalid )"; break;
-    case VeskBuddy::Group: dbg.nospace() << VeskBuddyGroup(buddy); break;
-    case VeskBuddy::Meta: dbg.nospace() << VeskBuddyMeta(buddy); break;
-    case VeskBuddy::Contact: dbg.nospace() << VeskBuddyContact(buddy); break;
-    case VeskBuddy::Merged: dbg.nospace() << VeskBuddyMerged(buddy); break;
-    case VeskBuddy::Temporary: dbg.nospace() << VeskBuddyTemporary(buddy); break;
-    case VeskBuddy::Custom: dbg.nospace() << VeskBuddyCustom(buddy); break;
-    }
-    return dbg.space();
-}
