@@ -92,6 +92,7 @@ private slots:
     void entriesWithoutKindRecord();
     void lookupsNeverWaitForTheMutex();
     void directEditsOfTheChildList();
+    void clearTakesTheTreeApart();
 };
 
 void TestBuddyGroup::addingChecksMembershipAndKind()
@@ -429,6 +430,35 @@ void TestBuddyGroup::directEditsOfTheChildList()
     QVERIFY(!meta.addBuddy(c[3]));
     QCOMPARE(meta.removeBuddy(c[3]), 1);
     QCOMPARE(meta.childCount(), 1);
+}
+
+// No dismantler here: whatever clear() leaves linked, the leak checker reports.
+void TestBuddyGroup::clearTakesTheTreeApart()
+{
+    VeskBuddyGroup group(QStringLiteral("g"));
+    VeskBuddyGroup other(QStringLiteral("o"));
+    VeskBuddyContact const alice = contact(QStringLiteral("alice"));
+    VeskBuddyContact const inner = contact(QStringLiteral("inner"));
+    VeskBuddyCustom const feed = custom(QStringLiteral("feed"));
+    VeskBuddyTemporary const guest = guestOf(nullptr);
+    VeskBuddyMerged const merged(QString(), {contact(QStringLiteral("m"))});
+    VeskBuddyMeta meta = group.addMeta(QStringLiteral("meta"));
+    VeskBuddyMeta shared = group.addMeta(QStringLiteral("shared"));
+    QVERIFY(meta.addBuddy(inner) && meta.addBuddy(merged) && other.addBuddy(shared));
+    QVERIFY(shared.addBuddy(contact(QStringLiteral("s"))));
+    QVERIFY(group.addBuddy(alice) && group.addBuddy(feed) && group.addBuddy(guest));
+    group.data()->children.append(VeskBuddy(QStringLiteral("bare"), VeskBuddy::Contact));
+
+    group.clear();
+    QVERIFY(group.childCount() == 0 && !group.containsMeta(QStringLiteral("meta")));
+    QVERIFY(!alice.getParent().isValid() && !feed.getParent().isValid() && !guest.getGroup().isValid());
+    QVERIFY(!meta.getGroup().isValid() && meta.childCount() == 0);
+    QVERIFY(!inner.getParent().isValid() && !merged.getParent().isValid());
+    // A meta-contact that another group took over keeps its children there.
+    QVERIFY(shared.getGroup() == other && shared.childCount() == 1 && other.childCount() == 1);
+    other.clear();
+    QVERIFY(other.childCount() == 0 && shared.childCount() == 0);
+    VeskBuddyGroup().clear();
 }
 
 QTEST_APPLESS_MAIN(TestBuddyGroup)

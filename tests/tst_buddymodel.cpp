@@ -39,18 +39,8 @@ struct Roster
     }
     ~Roster()
     {
-        for (VeskBuddyGroup group : {friends, colleagues, family}) {
-            while (group.childCount() > 0) {
-                VeskBuddy const child = group.buddyAt(0);
-                if (VeskBuddyMeta meta{child}; meta.isValid()) {
-                    for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0)) {
-                        if (VeskBuddyContactPrivate* const record = VeskBuddyContact(inner).data())
-                            record->parent = VeskBuddy();
-                    }
-                }
-                group.removeBuddy(child);
-            }
-        }
+        for (VeskBuddyGroup group : {friends, colleagues, family})
+            group.clear();
     }
 
     VeskPresence presence(char const* id) const

@@ -76,6 +76,20 @@ int VeskBuddyGroup::removeBuddy(VeskBuddy const& buddy)
     });
 }
 
+void VeskBuddyGroup::clear()
+{
+    for (VeskBuddy child = buddyAt(0); child.isValid(); child = buddyAt(0)) {
+        VeskBuddyMeta meta(child);
+        if (meta.getGroup() == *this) {
+            for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0))
+                clearLinkIf(inner, meta);
+        }
+        // An entry without a kind record is refused by removeBuddy(); nothing links it.
+        if (removeBuddy(child) == 0 && buddyAt(0) == child)
+            removeAt(0);
+    }
+}
+
 VeskBuddy VeskBuddyGroup::removeAt(int index)
 {
     return takeChildAt(data(), index);

@@ -49,6 +49,11 @@ public:
     int removeBuddy(VeskBuddy const& buddy);
     /// Out-of-range indexes give an invalid handle and change nothing.
     VeskBuddy removeAt(int index);
+    /// Takes every child out as removeBuddy() does, and empties the
+    /// meta-contacts whose group this is, clearing their children's parent
+    /// links. A container and its children hold each other, so a contact list
+    /// that is thrown away is cleared first; entries held elsewhere stay valid.
+    void clear();
     /// The meta-contact of this name, made and appended when the group has none; an invalid handle
     /// on an invalid group.
     VeskBuddyMeta addMeta(QString const& name);
@@ -69,7 +74,7 @@ public:
     bool containsMeta(QString const& name) const;
     /// Whether the interface shows the children; false for an invalid handle.
     bool isExpanded() const;
-    /// The group's position as the interface keeps it; 0 for an invalid handle.
+    /// The group's position as the interface keeps it; -1 for an invalid handle.
     int getPos() const;
 };
 

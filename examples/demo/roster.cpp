@@ -74,23 +74,6 @@ void sayCounts(VeskBuddyGroup const& group)
             .arg(group.statusChildCount(VeskPresence::Offline)));
 }
 
-// Containers and their children hold each other; a roster that is thrown
-// away is taken apart first. removeBuddy of a group undoes both sides; a
-// meta-contact leaves its children's links, which the protocol clears itself.
-void dismantle(VeskBuddyGroup group)
-{
-    while (group.childCount() > 0) {
-        VeskBuddy const child = group.buddyAt(0);
-        if (VeskBuddyMeta meta{child}; meta.isValid()) {
-            for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0)) {
-                if (VeskBuddyContactPrivate* const record = VeskBuddyContact(inner).data())
-                    record->parent = VeskBuddy();
-            }
-        }
-        group.removeBuddy(child);
-    }
-}
-
 } // namespace
 
 void showContactList()
@@ -187,6 +170,8 @@ void showContactList()
     VeskBuddyType copy = kind;
     sayDebug(debugText(QList<VeskBuddyType*>{&copy}));
 
-    for (VeskBuddyGroup const& group : {friends, colleagues, family, notInList})
-        dismantle(group);
+    // Containers and their children hold each other: the list is cleared
+    // before it is thrown away.
+    for (VeskBuddyGroup group : {friends, colleagues, family, notInList})
+        group.clear();
 }

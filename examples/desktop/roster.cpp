@@ -74,18 +74,3 @@ QList<VeskBuddyGroup> sampleContactList(QString const& iconDir)
     return {friends, family, colleagues, strangers};
 }
 
-void dismantle(QList<VeskBuddyGroup> const& groups)
-{
-    for (VeskBuddyGroup group : groups) {
-        while (group.childCount() > 0) {
-            VeskBuddy const child = group.buddyAt(0);
-            if (VeskBuddyMeta meta{child}; meta.isValid()) {
-                for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0)) {
-                    if (VeskBuddyContactPrivate* const record = VeskBuddyContact(inner).data())
-                        record->parent = VeskBuddy();
-                }
-            }
-            group.removeBuddy(child);
-        }
-    }
-}

@@ -8,8 +8,4 @@
 // presence icons are the files drawIcons() wrote into iconDir.
 QList<VeskBuddyGroup> sampleContactList(QString const& iconDir);
 
-// Containers and their children hold each other; a contact list that is
-// thrown away is taken apart first.
-void dismantle(QList<VeskBuddyGroup> const& groups);
-
 #endif

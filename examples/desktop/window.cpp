@@ -34,9 +34,12 @@ Window::Window(DesktopPlugin* plugin)
     layout->addWidget(m_status);
 }
 
+// Containers and their children hold each other: the list is cleared before
+// it is thrown away.
 Window::~Window()
 {
-    dismantle(m_model->groups());
+    for (VeskBuddyGroup group : m_model->groups())
+        group.clear();
 }
 
 QWidget* Window::makeContactSide()

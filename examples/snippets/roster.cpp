@@ -30,24 +30,6 @@ VeskBuddyType chatKind()
 }
 //! [kind]
 
-//! [dismantle]
-// Containers and their children refer to each other, so a contact list that
-// is thrown away is taken apart first: a group's removeBuddy() clears both
-// sides, a meta-contact leaves its children's parent links to the caller.
-void dismantle(VeskBuddyGroup group)
-{
-    while (group.childCount() > 0) {
-        VeskBuddy const child = group.buddyAt(0);
-        if (VeskBuddyMeta meta{child}; meta.isValid()) {
-            for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0)) {
-                if (VeskBuddyContactPrivate* const record = VeskBuddyContact(inner).data())
-                    record->parent = VeskBuddy();
-            }
-        }
-        group.removeBuddy(child);
-    }
-}
-//! [dismantle]
 
 } // namespace
 
@@ -112,8 +94,11 @@ bool rosterGuide()
     //! [threads]
     ok &= expect(incoming.childCount() == 10, "the protocol thread's contacts");
 
-    dismantle(friends);
-    dismantle(work);
-    dismantle(incoming);
+    //! [clear]
+    // Containers and their children refer to each other, so a contact list
+    // that is thrown away is cleared first.
+    for (VeskBuddyGroup group : {friends, work, incoming})
+        group.clear();
+    //! [clear]
     return ok;
 }
