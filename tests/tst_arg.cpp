@@ -242,10 +242,17 @@ void TestArg::recordTypes()
     clip.text = QStringLiteral("clip");
     VeskVideoClip otherFirst = clip;
     otherFirst.value1 = 99;
-    VeskVideoClip otherText = clip;
-    otherText.text = QStringLiteral("other");
     QVERIFY(VeskArg(clip) == VeskArg(otherFirst));
-    QVERIFY(VeskArg(clip) != VeskArg(otherText));
+    for (int member = 0; member < 4; ++member) {
+        VeskVideoClip other = clip;
+        switch (member) {
+        case 0: other.value2 = 7; break;
+        case 1: other.value3 = 7; break;
+        case 2: other.value4 = 7; break;
+        default: other.text = QStringLiteral("other"); break;
+        }
+        QVERIFY2(VeskArg(clip) != VeskArg(other), qPrintable(QString::number(member)));
+    }
     QCOMPARE(VeskArg(clip).toVideoClip().value1, 1u);
     VeskVideoClip const unset;
     QVERIFY(unset.value1 == 0 && unset.value2 == 0 && unset.value3 == 0 && unset.value4 == 0);

@@ -64,6 +64,7 @@ void TestBuddy::kindRecords()
     VeskSubscriptionType const missing = VeskBuddyType().getSubscriptionWithId(QStringLiteral("both"));
     QVERIFY(!missing.getId().isNull() && !missing.getDisplay().isNull() && missing.getIcon().isNull());
     QVERIFY(!missing.isValid() && !VeskSubscriptionType(QStringLiteral("To"), QString(), 1, QString()).isValid());
+    QVERIFY(!VeskSubscriptionType(QString(), QStringLiteral("to"), 1, QString()).isValid());
 
     VeskBuddyType kind(QStringLiteral("xmpp"), QStringLiteral("Jabber"));
     kind.data()->subscriptions

@@ -314,6 +314,7 @@ void TestBuddyGroup::entriesWithoutKindRecord()
     QCOMPARE(VeskBuddyMerged(QString(), {nameless}).getDisplay(), QString());
 
     QCOMPARE(bareGroup.childCount(), -1);
+    QCOMPARE(bareGroup.getPos(), -1);
     QCOMPARE(VeskBuddyGroup(bareGroup).removeBuddy(alice), -1);
     QVERIFY(!VeskBuddyGroup(bareGroup).addBuddy(alice));
     QVERIFY(!bareGroup.containsBuddy(alice) && !bareGroup.containsContact(alice));

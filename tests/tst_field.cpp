@@ -275,7 +275,7 @@ void TestField::factoryRefusals()
 
     // A value above the maximum is lowered, so min above max always fails.
     QCOMPARE(VeskField::spinBox(id, id, 100, 1, 500, none, none).getIntValue(), 100);
-    QCOMPARE(thrownText([&] { VeskField::spinBox(id, id, 1, 5, 3, none, none); }),
+    QCOMPARE(thrownText([&] { VeskField::spinBox(id, id, 1, 5, 10, none, none); }),
              s("VeskField::spinBox: argument 5: Field value can't be less than field minimum "
                "value"));
     QCOMPARE(thrownText([&] { VeskField::doubleSpinBox(id, id, 2.0, 0.0, 2.5, none); }),
@@ -383,7 +383,8 @@ void TestField::everySetterCopiesOnWrite()
         std::function<QVariant(VeskField const&)> probe;
         bool inPlace;
     };
-    VeskField const number = spin("idle", 10, 0, 5);
+    VeskField const number =
+        VeskField::spinBox(s("Idle"), s("idle"), 10, 0, 5, s("Away"), s("min"));
     VeskField const real = VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none);
     VeskField const choice = combo({s("a"), s("b"), s("c")}, "a");
     VeskField const image = VeskField::image(s("i"), QByteArray("PNG"), none);
@@ -408,7 +409,7 @@ void TestField::everySetterCopiesOnWrite()
          [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMin()); }, false},
         {"setDoubleSpinBoxMax", real, [](VeskField& f) { f.setDoubleSpinBoxMax(1.75); },
          [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMax()); }, false},
-        {"setChecked", check(false), [](VeskField& f) { f.setChecked(true); },
+        {"setChecked", check(false, {s("idle")}), [](VeskField& f) { f.setChecked(true); },
          [](VeskField const& f) { return QVariant(f.isChecked()); }, false},
         {"setComboBoxItems", choice,
          [](VeskField& f) { f.setComboBoxItems({s("x"), s("y")}, {s("X"), s("Y")}); },
@@ -432,6 +433,11 @@ void TestField::everySetterCopiesOnWrite()
         row.change(changed);
         QVERIFY2(row.probe(changed) != before, row.name);
         QVERIFY2((row.probe(original) == before) != row.inPlace, row.name);
+        // The private copy keeps every member the setter does not write.
+        QVERIFY2(changed.getId() == original.getId() && changed.getGroup() == original.getGroup()
+                     && changed.getSuffix() == original.getSuffix()
+                     && changed.getDepends() == original.getDepends(),
+                 row.name);
         VeskField null; // every setter leaves a null field null
         row.change(null);
         QVERIFY2(null.isNull() && null == VeskField(), row.name);
