@@ -328,6 +328,7 @@ void TestArg::debugTexts()
         {VeskArg(18446744073709551615ULL), "UInt64: 18446744073709551615"},
         {VeskArg(0.5f), "Float: 0.5"},
         {VeskArg(-2.25), "Double: -2.25"},
+        {VeskArg(1e300), "Double: 1e+300"}, // beyond float
         {VeskArg(false), "Bool: false"},
         {VeskArg("a \"b\"\n"), "String: \"a \"b\"\n\""},
         {VeskArg(QByteArray("ab")), "ByteArray:\"ab\""},

@@ -140,6 +140,7 @@ void TestField::limitsAndSelection()
     choice.setComboBoxItems(abc, {s("x"), s("y"), s("z")});
     QCOMPARE(choice.getSelectedId(), s("a"));
     QVERIFY(combo(abc, "c", {s("A")}).getSelectedLabel().isEmpty());
+    QCOMPARE(combo(abc, "c").getSelectedLabel(), s("c")); // no labels: the ids serve
 }
 
 void TestField::equalityHashAndValue()
@@ -600,8 +601,11 @@ void TestField::xmlReader()
         parse("<field type='spinbox' max='3' min='2' val='9'><id>idle</id></field>");
     VeskField field = spin("idle", 10, 0, 0);
     VeskField real = VeskField::doubleSpinBox(none, s("idle"), 10, 0, 0, none);
+    VeskField other = spin("away", 10, 0, 0); // another id: untouched
     field.fromXml(idle);
     real.fromXml(idle);
+    other.fromXml(idle);
+    QCOMPARE(other.getIntValue(), 0);
     QVERIFY(field.getIntValue() == 9 && field.getSpinBoxMin() == 2);
     QCOMPARE(real.getDoubleSpinBoxMax(), 10.0);
 
