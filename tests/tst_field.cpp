@@ -141,6 +141,7 @@ void TestField::limitsAndSelection()
     QCOMPARE(choice.getSelectedId(), s("a"));
     QVERIFY(combo(abc, "c", {s("A")}).getSelectedLabel().isEmpty());
     QCOMPARE(combo(abc, "c").getSelectedLabel(), s("c")); // no labels: the ids serve
+    QCOMPARE(combo(abc, "z").getSelectedId(), s("a"));    // an unknown selection: the first
 }
 
 void TestField::equalityHashAndValue()
@@ -341,7 +342,7 @@ void TestField::setFieldValueEveryKind_data()
     QByteArray const png("\x89PNG", 4);
     QTest::newRow("label") << VeskField::label(s("A"), s("l"), none) << VeskArg(s("B"));
     QTest::newRow("image") << VeskField::image(s("i"), png, none) << VeskArg(QByteArray("GIF"));
-    QTest::newRow("comboBox") << combo({s("a"), s("b")}, "a") << VeskArg(s("b"));
+    QTest::newRow("comboBox") << combo({s("a"), s("b")}, "a", {s("A"), s("B")}) << VeskArg(s("b"));
     QTest::newRow("spinBox") << spin("idle", 10, 0, 3) << VeskArg(-4);
     QTest::newRow("doubleSpinBox") << VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none)
                                    << VeskArg(1.5);
