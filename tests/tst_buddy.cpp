@@ -263,6 +263,8 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
     QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
     first.data()->presence = VeskPresence(&online, QStringLiteral("now"));
     QCOMPARE(merged.getPresence().getDescription(), QStringLiteral("now"));
+    first.data()->serverAvatarPath = QStringLiteral("server.png"); // no local one
+    QCOMPARE(merged.getAvatarPath(), QStringLiteral("server.png"));
 
     VeskBuddyMerged const named(QStringLiteral("Annie"), {second});
     QCOMPARE(named.VeskBuddy::getDisplay(), QStringLiteral("Annie"));

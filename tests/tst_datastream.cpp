@@ -278,6 +278,12 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::XmlNode) << quint8(1) << QStringLiteral("<a>");
              }),
              corrupt);
+    // A field whose flag byte, the last one, has a bit past the three flags.
+    QByteArray field;
+    QDataStream fieldOut(&field, QIODevice::WriteOnly);
+    fieldOut << VeskArg(VeskField::label(QString(), QStringLiteral("l"), QString()));
+    field[field.size() - 1] = char(8);
+    QCOMPARE(read([&field](QDataStream& s) { s.writeRawData(field.constData(), int(field.size())); }), corrupt);
     // A node in a format version this library does not know.
     for (quint8 version : {0, 2})
         QCOMPARE(read([version](QDataStream& s) {
