@@ -210,8 +210,19 @@ void TestMetaType::variantRoundTrips()
 
     // A kind handle gives a Buddy on the same entry; a VeskArg and a list of
     // them are taken as they are.
-    VeskBuddyGroup const group = samples.group;
-    QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(group)).toBuddy(), VeskBuddy(samples.group));
+    VeskBuddyContact const contact(nullptr, QStringLiteral("c"), QString(), VeskBuddyType(),
+                                   VeskPresence(), VeskSubscriptionType());
+    VeskBuddyMeta const meta(QStringLiteral("m"));
+    VeskBuddyMerged const merged(QString(), {contact});
+    VeskBuddyCustom const custom(QStringLiteral("n"), QString(), QString(), {}, QString(), QString(),
+                                 QString());
+    VeskBuddyTemporary const temporary(nullptr, QStringLiteral("t"), VeskPresence(), VeskBuddyGroup());
+    QPair<QVariant, VeskBuddy> const kinds[] = {
+        {QVariant::fromValue(samples.group), samples.group}, {QVariant::fromValue(meta), meta},
+        {QVariant::fromValue(contact), contact},             {QVariant::fromValue(merged), merged},
+        {QVariant::fromValue(custom), custom},               {QVariant::fromValue(temporary), temporary}};
+    for (auto const& kind : kinds)
+        QCOMPARE(VeskArg::fromVariant(kind.first).toBuddy(), kind.second);
     QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(VeskArg(3))), VeskArg(3));
     QList<VeskArg> const list{VeskArg(1), VeskArg(true)};
     QCOMPARE(VeskArg::fromVariant(QVariant::fromValue(list)), VeskArg(list));
