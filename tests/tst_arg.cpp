@@ -242,10 +242,17 @@ void TestArg::recordTypes()
     clip.text = QStringLiteral("clip");
     VeskVideoClip otherFirst = clip;
     otherFirst.value1 = 99;
-    VeskVideoClip otherText = clip;
-    otherText.text = QStringLiteral("other");
     QVERIFY(VeskArg(clip) == VeskArg(otherFirst));
-    QVERIFY(VeskArg(clip) != VeskArg(otherText));
+    for (int member = 0; member < 4; ++member) {
+        VeskVideoClip other = clip;
+        switch (member) {
+        case 0: other.value2 = 7; break;
+        case 1: other.value3 = 7; break;
+        case 2: other.value4 = 7; break;
+        default: other.text = QStringLiteral("other"); break;
+        }
+        QVERIFY2(VeskArg(clip) != VeskArg(other), qPrintable(QString::number(member)));
+    }
     QCOMPARE(VeskArg(clip).toVideoClip().value1, 1u);
     VeskVideoClip const unset;
     QVERIFY(unset.value1 == 0 && unset.value2 == 0 && unset.value3 == 0 && unset.value4 == 0);
@@ -321,6 +328,7 @@ void TestArg::debugTexts()
         {VeskArg(18446744073709551615ULL), "UInt64: 18446744073709551615"},
         {VeskArg(0.5f), "Float: 0.5"},
         {VeskArg(-2.25), "Double: -2.25"},
+        {VeskArg(1e300), "Double: 1e+300"}, // beyond float
         {VeskArg(false), "Bool: false"},
         {VeskArg("a \"b\"\n"), "String: \"a \"b\"\n\""},
         {VeskArg(QByteArray("ab")), "ByteArray:\"ab\""},

@@ -261,10 +261,15 @@ void TestBuddy::mergedCustomAndTemporaryEntries()
     QCOMPARE(merged.VeskBuddy::getDisplay(), QStringLiteral("ann@home")); // the record's name
     QCOMPARE(merged.getDisplay(), QStringLiteral("Ann"));
     QVERIFY(merged.getContactForAccount(&work) == second && merged.getContactForAccount(&home) == first);
-    QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
+    // One account per contact, repeats and null accounts included.
     QCOMPARE(merged.getAccounts(), (QList<VeskAccountConnection*>{&home, &work, &home}));
+    QCOMPARE(VeskBuddyMerged(QString(), {contact(QStringLiteral("x"))}).getAccounts(),
+             QList<VeskAccountConnection*>{nullptr});
+    QVERIFY(merged.containsContact(third) && !merged.containsContact(contact(QStringLiteral("ann@work"))));
     first.data()->presence = VeskPresence(&online, QStringLiteral("now"));
     QCOMPARE(merged.getPresence().getDescription(), QStringLiteral("now"));
+    first.data()->serverAvatarPath = QStringLiteral("server.png"); // no local one
+    QCOMPARE(merged.getAvatarPath(), QStringLiteral("server.png"));
 
     VeskBuddyMerged const named(QStringLiteral("Annie"), {second});
     QCOMPARE(named.VeskBuddy::getDisplay(), QStringLiteral("Annie"));

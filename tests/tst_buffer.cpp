@@ -37,9 +37,21 @@ class TestBuffer : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void idsValidityResizeAndFlag();
     void ringRotationResizeAndRemove();
 };
+
+void TestBuffer::initTestCase()
+{
+    // The first buffers of the process, whichever constructors make them, are 0, 1 and 2.
+    unsigned char byte = 0;
+    VeskBuffer const first, second(1, &byte, false), third(1, false);
+    QCOMPARE(first.getId(), 0);
+    QCOMPARE(second.getId(), 1);
+    QCOMPARE(third.getId(), 2);
+    QVERIFY(second.isValid() && third.isValid()); // one byte is enough
+}
 
 void TestBuffer::idsValidityResizeAndFlag()
 {
@@ -99,16 +111,29 @@ void TestBuffer::ringRotationResizeAndRemove()
     ring.resize(3, 1024); // unchanged: same buffers, rotation goes on
     VeskBuffer* const kept = ring.getBuffer();
     QCOMPARE(kept, handed.at(1));
-    QVERIFY(waitsForLateRelease(kept, [&] { ring.resize(2, 128); })); // rebuilt after the release
+    QVERIFY(waitsForLateRelease(kept, [&] { ring.resize(3, 128); })); // rebuilt after the release
     VeskBuffer* const fresh = ring.getBuffer();
     QCOMPARE(fresh->getId(), nextId); // the first new buffer comes first
     QCOMPARE(fresh->getSize(), 128L);
     QVERIFY(waitsForLateRelease(fresh, [&] { ring.remove(); }));
-    QCOMPARE(ring.count(), 2); // remove() keeps the figures
+    QCOMPARE(ring.count(), 3); // remove() keeps the figures
+    ring.resize(2, 128); // a new count alone rebuilds too
+    VeskBuffer* const rebuilt = ring.getBuffer();
+    QCOMPARE(rebuilt->getId(), nextId + 3);
+    rebuilt->release();
+    ring.remove();
+
+    VeskRingBuffer single(1, 8); // its one buffer comes round every time
+    VeskBuffer* const only = single.getBuffer();
+    only->release();
+    QCOMPARE(single.getBuffer(), only);
+    only->release();
 
     VeskRingBuffer empty;
     VeskRingBuffer none(0, 100);
-    for (VeskRingBuffer* r : {&ring, &empty, &none}) {
+    VeskRingBuffer negative(-2, 100); // the count is kept as given
+    QCOMPARE(negative.count(), -2);
+    for (VeskRingBuffer* r : {&ring, &empty, &none, &negative}) {
         QCOMPARE(r->getBuffer(), static_cast<VeskBuffer*>(nullptr));
         QVERIFY(r->isUnused());
         r->waitForRelese();

@@ -284,6 +284,12 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::XmlNode) << quint8(1) << QStringLiteral("<a>");
              }),
              corrupt);
+    // A field whose flag byte, the last one, has a bit past the three flags.
+    QByteArray field;
+    QDataStream fieldOut(&field, QIODevice::WriteOnly);
+    fieldOut << VeskArg(VeskField::label(QString(), QStringLiteral("l"), QString()));
+    field[field.size() - 1] = char(8);
+    QCOMPARE(read([&field](QDataStream& s) { s.writeRawData(field.constData(), int(field.size())); }), corrupt);
     // A node in a format version this library does not know.
     for (quint8 version : {0, 2})
         QCOMPARE(read([version](QDataStream& s) {
@@ -306,16 +312,6 @@ void TestDataStream::corruptInput()
                  s << quint8(1) << qint32(VeskArg::FieldList) << quint8(1) << quint32(9);
              }),
              corrupt);
-    // A field's flags byte, its last, with a bit that means nothing.
-    QByteArray field;
-    QDataStream fieldOut(&field, QIODevice::WriteOnly);
-    fieldOut << spinBox();
-    field[field.size() - 1] = char(8);
-    QDataStream fieldIn(field);
-    VeskField fieldBack = spinBox();
-    fieldIn >> fieldBack;
-    QCOMPARE(fieldIn.status(), QDataStream::ReadCorruptData);
-    QVERIFY(fieldBack.isNull());
     // Nesting deeper than any writer makes.
     QCOMPARE(read([](QDataStream& s) {
                  for (int i = 0; i < 100; ++i)

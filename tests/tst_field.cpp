@@ -150,6 +150,8 @@ void TestField::limitsAndSelection()
     choice.setComboBoxItems(abc, {s("x"), s("y"), s("z")});
     QCOMPARE(choice.getSelectedId(), s("a"));
     QVERIFY(combo(abc, "c", {s("A")}).getSelectedLabel().isEmpty());
+    QCOMPARE(combo(abc, "c").getSelectedLabel(), s("c")); // no labels: the ids serve
+    QCOMPARE(combo(abc, "z").getSelectedId(), s("a"));    // an unknown selection: the first
 }
 
 void TestField::equalityHashAndValue()
@@ -251,30 +253,27 @@ void TestField::factoryRefusals()
     // Every factory refuses an empty id, which is its second argument but for an image's.
     RecordingPlugin target;
     VeskPluginAction const action(&target, &RecordingPlugin::press);
-    std::function<void()> const emptyIds[] = {
-        [&] { VeskField::label(id, none, none); },
-        [&] { VeskField::button(id, none, action, none); },
-        [&] { VeskField::comboBox(id, none, {id}, {}, id, none); },
-        [&] { VeskField::spinBox(id, none, 1, 0, 0, none, none); },
-        [&] { VeskField::doubleSpinBox(id, none, 1, 0, 0, none); },
-        [&] { VeskField::radioButton(id, none, true, none, {}); },
-        [&] { VeskField::lineEdit(id, none, id, 0, none); },
-        [&] { VeskField::passwordEdit(id, none, id, 0, none); },
-        [&] { VeskField::textEdit(id, none, id, none); },
-        [&] { VeskField::dirEdit(id, none, id, none); },
-        [&] { VeskField::fileEdit(id, none, id, none); },
-        [&] { VeskField::soundEdit(id, none, id, none); },
+    QPair<char const*, std::function<void()>> const emptyIds[] = {
+        {"label", [&] { VeskField::label(id, none, none); }},
+        {"button", [&] { VeskField::button(id, none, action, none); }},
+        {"comboBox", [&] { VeskField::comboBox(id, none, {id}, {}, id, none); }},
+        {"spinBox", [&] { VeskField::spinBox(id, none, 1, 0, 0, none, none); }},
+        {"doubleSpinBox", [&] { VeskField::doubleSpinBox(id, none, 1, 0, 0, none); }},
+        {"radioButton", [&] { VeskField::radioButton(id, none, true, none, {}); }},
+        {"lineEdit", [&] { VeskField::lineEdit(id, none, id, 0, none); }},
+        {"passwordEdit", [&] { VeskField::passwordEdit(id, none, id, 0, none); }},
+        {"textEdit", [&] { VeskField::textEdit(id, none, id, none); }},
+        {"dirEdit", [&] { VeskField::dirEdit(id, none, id, none); }},
+        {"fileEdit", [&] { VeskField::fileEdit(id, none, id, none); }},
+        {"soundEdit", [&] { VeskField::soundEdit(id, none, id, none); }},
     };
     // No check on a maximum length: zero and negative ones are stored as given.
     for (int const length : {0, -1, std::numeric_limits<int>::min()}) {
         QCOMPARE(line(length).getMaxTextLength(), length);
         QCOMPARE(VeskField::passwordEdit(id, id, id, length, none).getMaxTextLength(), length);
     }
-    for (auto const& make : emptyIds) {
-        QString const text = thrownText(make);
-        QVERIFY2(text.startsWith(s("VeskField::")) && text.endsWith(s(": argument 2") + emptyId),
-                 qPrintable(text));
-    }
+    for (auto const& make : emptyIds)
+        QCOMPARE(thrownText(make.second), s("VeskField::") + s(make.first) + s(": argument 2") + emptyId);
     QCOMPARE(thrownText([&] { VeskField::image(none, QByteArray(), none); }),
              s("VeskField::image: argument 1") + emptyId);
     QCOMPARE(thrownText([&] { VeskField::checkBox(id, none, true, none, {}); }),
@@ -288,7 +287,7 @@ void TestField::factoryRefusals()
 
     // A value above the maximum is lowered, so min above max always fails.
     QCOMPARE(VeskField::spinBox(id, id, 100, 1, 500, none, none).getIntValue(), 100);
-    QCOMPARE(thrownText([&] { VeskField::spinBox(id, id, 1, 5, 3, none, none); }),
+    QCOMPARE(thrownText([&] { VeskField::spinBox(id, id, 1, 5, 10, none, none); }),
              s("VeskField::spinBox: argument 5: Field value can't be less than field minimum "
                "value"));
     QCOMPARE(thrownText([&] { VeskField::doubleSpinBox(id, id, 2.0, 0.0, 2.5, none); }),
@@ -353,7 +352,7 @@ void TestField::setFieldValueEveryKind_data()
     QByteArray const png("\x89PNG", 4);
     QTest::newRow("label") << VeskField::label(s("A"), s("l"), none) << VeskArg(s("B"));
     QTest::newRow("image") << VeskField::image(s("i"), png, none) << VeskArg(QByteArray("GIF"));
-    QTest::newRow("comboBox") << combo({s("a"), s("b")}, "a") << VeskArg(s("b"));
+    QTest::newRow("comboBox") << combo({s("a"), s("b")}, "a", {s("A"), s("B")}) << VeskArg(s("b"));
     QTest::newRow("spinBox") << spin("idle", 10, 0, 3) << VeskArg(-4);
     QTest::newRow("doubleSpinBox") << VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none)
                                    << VeskArg(1.5);
@@ -396,7 +395,8 @@ void TestField::everySetterCopiesOnWrite()
         std::function<QVariant(VeskField const&)> probe;
         bool inPlace;
     };
-    VeskField const number = spin("idle", 10, 0, 5);
+    VeskField const number =
+        VeskField::spinBox(s("Idle"), s("idle"), 10, 0, 5, s("Away"), s("min"));
     VeskField const real = VeskField::doubleSpinBox(s("Z"), s("z"), 2.0, 0.5, 1.0, none);
     VeskField const choice = combo({s("a"), s("b"), s("c")}, "a");
     VeskField const image = VeskField::image(s("i"), QByteArray("PNG"), none);
@@ -421,7 +421,7 @@ void TestField::everySetterCopiesOnWrite()
          [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMin()); }, false},
         {"setDoubleSpinBoxMax", real, [](VeskField& f) { f.setDoubleSpinBoxMax(1.75); },
          [](VeskField const& f) { return QVariant(f.getDoubleSpinBoxMax()); }, false},
-        {"setChecked", check(false), [](VeskField& f) { f.setChecked(true); },
+        {"setChecked", check(false, {s("idle")}), [](VeskField& f) { f.setChecked(true); },
          [](VeskField const& f) { return QVariant(f.isChecked()); }, false},
         {"setComboBoxItems", choice,
          [](VeskField& f) { f.setComboBoxItems({s("x"), s("y")}, {s("X"), s("Y")}); },
@@ -445,6 +445,11 @@ void TestField::everySetterCopiesOnWrite()
         row.change(changed);
         QVERIFY2(row.probe(changed) != before, row.name);
         QVERIFY2((row.probe(original) == before) != row.inPlace, row.name);
+        // The private copy keeps every member the setter does not write.
+        QVERIFY2(changed.getId() == original.getId() && changed.getGroup() == original.getGroup()
+                     && changed.getSuffix() == original.getSuffix()
+                     && changed.getDepends() == original.getDepends(),
+                 row.name);
         VeskField null; // every setter leaves a null field null
         row.change(null);
         QVERIFY2(null.isNull() && null == VeskField(), row.name);
@@ -607,8 +612,11 @@ void TestField::xmlReader()
         parse("<field type='spinbox' max='3' min='2' val='9'><id>idle</id></field>");
     VeskField field = spin("idle", 10, 0, 0);
     VeskField real = VeskField::doubleSpinBox(none, s("idle"), 10, 0, 0, none);
+    VeskField other = spin("away", 10, 0, 0); // another id: untouched
     field.fromXml(idle);
     real.fromXml(idle);
+    other.fromXml(idle);
+    QCOMPARE(other.getIntValue(), 0);
     QVERIFY(field.getIntValue() == 9 && field.getSpinBoxMin() == 2);
     QCOMPARE(real.getDoubleSpinBoxMax(), 10.0);
 

@@ -65,6 +65,11 @@ void TestXmlNode::treeAndOwnData()
     QVERIFY(!field.hasData());
     QCOMPARE(field.getChild("id"_q).getData(), "idle"_q);
     QCOMPARE(VeskXmlNode::fromString("<a>x<b>z</b><![CDATA[<y>]]></a>"_q).getData(), "x<y>"_q);
+    // Text of either kind is replaced; of two children with one name the first is found.
+    VeskXmlNode mixed = VeskXmlNode::fromString("<a>x<![CDATA[y]]><b>1</b><b>2</b></a>"_q);
+    mixed.insertData("z"_q);
+    QCOMPARE(mixed.getData(), "z"_q);
+    QCOMPARE(mixed.getChild("b"_q).getData(), "1"_q);
 
     VeskXmlNode null;
     null.setAttribute("a"_q, 1);
@@ -82,9 +87,11 @@ void TestXmlNode::attributes()
         QVERIFY(node.getAttribute("val"_q).toDouble() == v); // exactly, not nearly
     }
     QCOMPARE(node.getAttribute("nope"_q, "d"_q), "d"_q);
+    node.setAttribute("empty"_q, ""_q);
+    QCOMPARE(node.getAttribute("empty"_q, "d"_q), ""_q); // there, though empty
 
     node.setAttribute("p:k"_q, "v"_q, "urn:a"_q);
-    QVERIFY(node.hasAttribute("p:k"_q, "urn:a"_q));
+    QVERIFY(node.hasAttribute("p:k"_q, "urn:a"_q) && node.hasAttribute("p:k"_q, QString()));
     QVERIFY(!node.hasAttribute("p:k"_q, "urn:b"_q));
     QCOMPARE(node.getAttribute("p:k"_q), "v"_q);
     QVERIFY(VeskXmlNode::fromString(node.toString()).hasAttribute("p:k"_q, "urn:a"_q));

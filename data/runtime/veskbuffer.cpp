@@ -216,7 +216,9 @@ void VeskRingBuffer::create(int count, int size)
     buffers.reserve(buffers.size() + wanted);
     for (std::unique_ptr<VeskBuffer>& buffer : made)
         buffers.append(buffer.release());
-    bufferCount = wanted;
+    // The count is kept as given, a negative one too; getBuffer() hands out
+    // nothing while it is below one.
+    bufferCount = count;
     nextIndex = 0;
     bufferSize = size;
 }

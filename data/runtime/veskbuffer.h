@@ -111,7 +111,8 @@ public:
     /// Waits until every buffer is released, then deletes them all.
     void remove();
 
-    /// The number of buffers.
+    /// The count given to the last create(), kept as given even when it is
+    /// negative.
     int count() const;
     /// The size of each buffer in bytes.
     int getSize() const;
