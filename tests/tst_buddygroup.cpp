@@ -449,7 +449,7 @@ void TestBuddyGroup::clearTakesTheTreeApart()
     QVERIFY(meta.addBuddy(inner) && meta.addBuddy(merged) && other.addBuddy(shared));
     QVERIFY(shared.addBuddy(contact(QStringLiteral("s"))));
     QVERIFY(group.addBuddy(alice) && group.addBuddy(feed) && group.addBuddy(guest));
-    group.data()->children.append(VeskBuddy(QStringLiteral("bare"), VeskBuddy::Contact));
+    group.data()->children << VeskBuddy(QStringLiteral("bare"), VeskBuddy::Contact) << VeskBuddy();
 
     group.clear();
     QVERIFY(group.childCount() == 0 && !group.containsMeta(QStringLiteral("meta")));

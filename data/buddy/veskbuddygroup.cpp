@@ -78,7 +78,8 @@ int VeskBuddyGroup::removeBuddy(VeskBuddy const& buddy)
 
 void VeskBuddyGroup::clear()
 {
-    for (VeskBuddy child = buddyAt(0); child.isValid(); child = buddyAt(0)) {
+    while (childCount() > 0) {
+        VeskBuddy const child = buddyAt(0);
         VeskBuddyMeta meta(child);
         if (meta.getGroup() == *this) {
             for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0))
