@@ -85,9 +85,8 @@ void VeskBuddyGroup::clear()
             for (VeskBuddy inner = meta.removeAt(0); inner.isValid(); inner = meta.removeAt(0))
                 clearLinkIf(inner, meta);
         }
-        // An entry without a kind record is refused by removeBuddy(); nothing links it.
-        if (removeBuddy(child) == 0 && buddyAt(0) == child)
-            removeAt(0);
+        // Every copy of it, linked or not, kind record or not.
+        removeBuddy(child);
     }
 }
 
